@@ -1,0 +1,26 @@
+// Which socket the worker may be waiting on, and since when. The window's timer asks here whether a call has waited too
+// long; an abort asks here what to cancel. A call that moves bytes counts as progress.
+#pragma once
+
+#include <cstdint>
+
+#include "platform/sockets.h"
+
+// Marks that this thread may wait on `socket` until the object goes. Nesting is not needed: one worker, one call.
+class BlockingCall {
+  public:
+    explicit BlockingCall(platform::Socket socket);
+    ~BlockingCall();
+    BlockingCall(const BlockingCall&) = delete;
+    BlockingCall& operator=(const BlockingCall&) = delete;
+};
+
+bool BlockingCallInProgress();
+// Ends the call in progress; it fails in its own thread.
+void CancelBlockingCall();
+// Milliseconds until the call in progress has waited `timeoutSeconds`; 0 when that time is over. With no call in
+// progress, or a time-out of 0, the whole period (at least one second).
+std::uint32_t TimeOutRemaining(std::uint32_t timeoutSeconds);
+// The window's timer fired: returns the milliseconds after which it wants to be called again. When the time is over it
+// prints 6016, sets the transfer-abort flag and cancels the call.
+std::uint32_t HandleTimeOutTimer(std::uint32_t timeoutSeconds);

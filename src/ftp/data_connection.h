@@ -1,0 +1,27 @@
+// Data connections, active only (RFC 959, sections 3.2 and 5.2): listener and PORT, the receiving and sending commands
+// around one copy. A connection is accepted only from the control connection's peer.
+#pragma once
+
+#include <atomic>
+
+#include "config/site.h"
+#include "ftp/control_connection.h"
+#include "ftp/transfer_node.h"
+
+// Sends TYPE when `type` ('A', 'I', 'L') differs from the one in force. The reply is not examined.
+void SetRepresentationType(Site* site, ReplyBuffer reply, char type);
+// Makes the listener and announces it. 2, the PORT reply's result, or FTP_CLOSE.
+int GetFTPListenSocket(Site* site, ReplyBuffer reply);
+// The text of a PORT command for a listener (address in host order).
+std::string PortCommand(std::uint32_t address, std::uint16_t port);
+
+// Runs one receiving command into a local file. `commandText` is expanded once more (double the percent signs of names).
+// The final reply's result; 0 when the server refused (its text stays in `reply`); SOCKET_ERROR; FTP_ERROR on abort.
+int RetrieveFile(Site* site, ReplyBuffer reply, const char* commandText, const char* localFile, char type,
+                 const std::atomic<bool>& abort);
+// The same for a user's transfer: progress through the session view, the outcome also in node.iRetCode. `localFile` is
+// created (or emptied) by the call; it is the caller's to rename or delete afterwards.
+int DlgRetrieveFile(Site* site, TransferNode& node, ReplyBuffer reply, const char* commandText, const char* localFile,
+                    char type, const std::atomic<bool>& abort);
+// Stores one local file on the server: STOU with SENDUNIQUE, else STOR.
+bool DlgSendFile(Site* site, TransferNode& node, ReplyBuffer reply, char type, const std::atomic<bool>& abort);
