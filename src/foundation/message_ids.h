@@ -1,0 +1,267 @@
+// Names of the catalogue's texts, so that no bare number stands at a call. The texts are in resources/messages.rc.
+// Not here: help lines of commands (their id is the command's, resources/resource.h) and names of host types.
+#pragma once
+
+// Replace confirmations; printf conversions in the other style's list: fetched with Zarn_ResString and formatted.
+constexpr unsigned MSG_REPLACE_FILE = 1051;
+constexpr unsigned MSG_REPLACE_READ_ONLY_FILE = 1052;
+constexpr unsigned MSG_REPLACE_SYSTEM_FILE = 1053;
+
+// Start-up, busy, abort, exit.
+constexpr unsigned MSG_CREATE_WINDOW_FAILED = 6001;
+constexpr unsigned MSG_REGISTER_CLASS_FAILED = 6002;
+constexpr unsigned MSG_BUSY_WITH_REMOTE_OPERATION = 6003;
+constexpr unsigned MSG_ABORTING_BEFORE_EXIT = 6004;
+constexpr unsigned MSG_WAITING_FOR_ABORT_RESPONSE = 6005;
+constexpr unsigned MSG_ABORTING_REMOTE_THREAD = 6008;
+constexpr unsigned MSG_ABORT_MAY_FAIL = 6009;
+constexpr unsigned MSG_REMOTE_CONNECT_ABORTED = 6010;
+constexpr unsigned MSG_REMOTE_OPERATION_ABORTED = 6011;
+constexpr unsigned MSG_TIMER_CANCELLED_CALL = 6016;
+constexpr unsigned MSG_KILLING_ACTIVE_THREAD = 6017;
+constexpr unsigned MSG_LOCAL_HOST_NAME = 6021;
+constexpr unsigned MSG_LOCAL_ADDRESS = 6022;
+constexpr unsigned MSG_DIR_LIST_RETURNED = 6026;
+
+// Connecting, logging in, transfers.
+constexpr unsigned MSG_NOT_CONNECTED = 6029;
+constexpr unsigned MSG_ALREADY_CONNECTED = 6030;
+constexpr unsigned MSG_CONNECTION_FAILED = 6031;
+constexpr unsigned MSG_CONNECTION_TO_HOST_FAILED = 6032;
+constexpr unsigned MSG_FINAL_DESTINATION_FAILED = 6033;
+constexpr unsigned MSG_NEED_PASSWORD = 6034;
+constexpr unsigned MSG_LOGON_FAILURE = 6035;
+constexpr unsigned MSG_CONNECTION_RETRYING = 6036;
+constexpr unsigned MSG_ALL_RETRIES_FAILED = 6037;
+constexpr unsigned MSG_PORT_NOT_UNDERSTOOD = 6040;
+constexpr unsigned MSG_SENT_FAILED_PER_SECOND = 6042;
+constexpr unsigned MSG_SENT_SUCCEEDED_PER_SECOND = 6043;
+constexpr unsigned MSG_SENT_FAILED = 6044;
+constexpr unsigned MSG_SENT_SUCCEEDED = 6045;
+constexpr unsigned MSG_VIEW = 6054;
+constexpr unsigned MSG_RECEIVED_FAILED = 6064;
+constexpr unsigned MSG_RECEIVED_SUCCEEDED = 6065;
+constexpr unsigned MSG_OVERRIDING_PORT = 6077;
+constexpr unsigned MSG_NO_SERVICE_ENTRY = 6078;
+constexpr unsigned MSG_NO_HOST_ENTRY = 6079;
+constexpr unsigned MSG_NO_PROTOCOL_ENTRY = 6080;
+constexpr unsigned MSG_CONNECTING_TO = 6082;
+constexpr unsigned MSG_CANNOT_CONNECT = 6083;
+constexpr unsigned MSG_UNKNOWN_OPEN_MESSAGE = 6085;
+constexpr unsigned MSG_CONNECTED_TO = 6086;
+constexpr unsigned MSG_SOCKET_FROM = 6089;
+constexpr unsigned MSG_HOST_TYPE = 6092;
+
+// Console and progress lines of this program's own.
+constexpr unsigned MSG_LISTING_LINES_UNREADABLE = 6100;
+constexpr unsigned MSG_DATA_CONNECTION_FROM_STRANGER = 6101;
+constexpr unsigned MSG_LOCAL_ADDRESS_UNKNOWN = 6102;
+constexpr unsigned MSG_LOCAL_ADDRESS_OF_CONNECTION = 6103;
+constexpr unsigned MSG_RECEIVE_UNIQUE_NAME = 6104;
+constexpr unsigned MSG_UNSAFE_NAME_REPLACED = 6105;
+constexpr unsigned MSG_UNSAFE_NAME_REFUSED = 6106;
+constexpr unsigned MSG_LISTING_CUT_OFF = 6107;
+constexpr unsigned MSG_LISTING_TOO_LONG = 6108;
+constexpr unsigned MSG_REPLY_TOO_LONG = 6109;
+constexpr unsigned MSG_NO_WELCOME = 6110;
+constexpr unsigned MSG_SERVER_SILENT = 6111;
+constexpr unsigned MSG_NOT_A_REPLY = 6112;
+constexpr unsigned MSG_LOCAL_FILE_KEPT = 6113;
+constexpr unsigned MSG_FILE_TOO_BIG_TO_SEND = 6114;
+constexpr unsigned MSG_NOT_RECEIVED = 6115;
+constexpr unsigned MSG_ITEMS_FAILED = 6116;
+constexpr unsigned MSG_DATA_CONNECTION_SHORT = 6117;
+constexpr unsigned MSG_DAMAGED_VALUE = 6118;
+constexpr unsigned MSG_LOG_FILE_FAILED = 6119;
+constexpr unsigned MSG_TEMPORARY_FILE_STAYS = 6120;
+
+// Host types are their own names' ids; 7005 is the local computer and has no text. Names: config/host_types.h.
+constexpr unsigned MSG_FIRST_HOST_TYPE = 7000;
+constexpr unsigned MSG_LAST_HOST_TYPE = 7021;
+constexpr unsigned MSG_GATEWAY_LOGON_FAILURE = 7022;
+constexpr unsigned MSG_NEED_ACCOUNT = 7023;
+constexpr unsigned MSG_NO_CONTROL_SOCKET = 7024;
+constexpr unsigned MSG_RECEIVED_SUCCEEDED_PER_SECOND = 7025;
+constexpr unsigned MSG_ACCEPTED_FROM = 7026;
+constexpr unsigned MSG_SOCKET_CLOSED = 7027;
+constexpr unsigned MSG_LISTENING = 7032;
+constexpr unsigned MSG_CANNOT_READ_LOCAL_FILE = 7038;
+constexpr unsigned MSG_API_FAILED = 7039;
+constexpr unsigned MSG_CREATE_FILE_FAILED = 7040;
+constexpr unsigned MSG_SOCKET_ERROR_OCCURRED = 7041;
+
+// Column headings of the list pane, logical columns 0 to 7 in order.
+constexpr unsigned MSG_COLUMN_NAME = 7043;
+constexpr unsigned MSG_COLUMN_TYPE = 7044;
+constexpr unsigned MSG_COLUMN_UMASK = 7045;
+constexpr unsigned MSG_COLUMN_LINKS = 7046;
+constexpr unsigned MSG_COLUMN_OWNER = 7047;
+constexpr unsigned MSG_COLUMN_GROUP = 7048;
+constexpr unsigned MSG_COLUMN_SIZE = 7049;
+constexpr unsigned MSG_COLUMN_TIMESTAMP = 7050;
+
+// Progress, questions, files and directories.
+constexpr unsigned MSG_RECEIVING_FILE = 7052;
+constexpr unsigned MSG_SENDING_FILE = 7053;
+constexpr unsigned MSG_TRANSFERING_FILE = 7056;
+constexpr unsigned MSG_CREATING_DIRECTORY = 7057;
+constexpr unsigned MSG_ENTER_REMOTE_NAME = 7059;
+constexpr unsigned MSG_CANNOT_ENUMERATE_CONFIGURATION = 7067;
+constexpr unsigned MSG_CANNOT_FIND_LOCAL_FILE = 7071;
+constexpr unsigned MSG_NOT_CONNECTED_FILES_IGNORED = 7072;
+constexpr unsigned MSG_ACCOUNT_REQUIRED = 7078;
+constexpr unsigned MSG_SOCKET_LIBRARY = 7082;
+constexpr unsigned MSG_SERVER_REPLY = 7091;
+constexpr unsigned MSG_CANNOT_REMOVE_DIRECTORY = 7094;
+constexpr unsigned MSG_CANNOT_CREATE_KEY = 7096;
+constexpr unsigned MSG_CANNOT_REMOVE_FILE = 7099;
+constexpr unsigned MSG_SEND_LOCAL_FILE = 7101;
+constexpr unsigned MSG_CANNOT_RENAME = 7115;
+constexpr unsigned MSG_CANNOT_SET_REMOTE_DIRECTORY = 7116;
+constexpr unsigned MSG_CANNOT_SET_LOCAL_DIRECTORY = 7117;
+constexpr unsigned MSG_CANNOT_CREATE_LOCAL_FILE = 7118;
+constexpr unsigned MSG_CANNOT_OPEN_LOCAL_FILE = 7119;
+constexpr unsigned MSG_CANNOT_WRITE_LOCAL_FILE = 7120;
+constexpr unsigned MSG_SOCKET_BYTES_REMAIN = 7122;
+constexpr unsigned MSG_DATA_SOCKET_CLOSE_RETRIED = 7123;
+constexpr unsigned MSG_SOCKET_LIBRARY_READY = 7125;
+
+// Errors of the common dialogs: codes 1 to 11, 4097 to 4107, 8193, 12289 to 12291, and the rest.
+constexpr unsigned MSG_COMMON_DIALOG_NOT_CREATED = 7128;
+constexpr unsigned MSG_COMMON_DIALOG_FIRST = 7129;
+constexpr unsigned MSG_COMMON_DIALOG_PRINTER_FIRST = 7140;
+constexpr unsigned MSG_COMMON_DIALOG_NO_FONTS = 7151;
+constexpr unsigned MSG_COMMON_DIALOG_FILE_FIRST = 7152;
+constexpr unsigned MSG_COMMON_DIALOG_UNKNOWN = 7155;
+
+// Property sheets, file types, status bar.
+constexpr unsigned MSG_LOCATION = 7160;
+constexpr unsigned MSG_SIZE = 7161;
+constexpr unsigned MSG_OWNER = 7162;
+constexpr unsigned MSG_GROUP = 7163;
+constexpr unsigned MSG_TRANSFER_MODE = 7164;
+constexpr unsigned MSG_FILE_TYPE = 7165;
+constexpr unsigned MSG_FILES_AND_FOLDERS = 7167;
+constexpr unsigned MSG_CONTAINS_FILES_AND_FOLDERS = 7168;
+constexpr unsigned MSG_FILE_OR_DIRECTORY = 7172;
+constexpr unsigned MSG_DISCONNECTING_FROM = 7173;
+constexpr unsigned MSG_DISCONNECTED_FROM = 7174;
+constexpr unsigned MSG_CONNECTING_TO_SITE = 7175;
+constexpr unsigned MSG_FILE_FOLDER = 7176;
+constexpr unsigned MSG_GENERIC_FILE = 7177;
+constexpr unsigned MSG_OPENING = 7179;
+constexpr unsigned MSG_DELETING = 7181;
+constexpr unsigned MSG_RENAMING = 7184;
+constexpr unsigned MSG_NO_ACCELERATORS = 7185;
+constexpr unsigned MSG_LISTING = 7186;
+constexpr unsigned MSG_NEW_FOLDER_NAME = 7189;
+constexpr unsigned MSG_NO_MEMORY = 7190;
+constexpr unsigned MSG_BYTES_OF_TOTAL = 7191;
+constexpr unsigned MSG_SET_REMOTE_DIRECTORY_FAILED = 7192;
+constexpr unsigned MSG_CREATE_REMOTE_DIRECTORY_FAILED = 7193;
+constexpr unsigned MSG_CHANGE_REMOTE_DIRECTORY_FAILED = 7194;
+constexpr unsigned MSG_TRANSFER_FAILED = 7195;
+constexpr unsigned MSG_RESERVED_NAMES = 7197;
+constexpr unsigned MSG_NETWORK_ERROR = 7198;
+constexpr unsigned MSG_TYPED_FILE = 7201;
+constexpr unsigned MSG_FILE_TRANSFER_FAILED = 7204;
+constexpr unsigned MSG_SIZE_IN_MB = 7208;
+constexpr unsigned MSG_SIZE_IN_KB = 7209;
+constexpr unsigned MSG_PAGE_GENERAL = 7211;
+constexpr unsigned MSG_UNOBTAINABLE = 7212;
+constexpr unsigned MSG_PAGE_ATTRIBUTES = 7213;
+constexpr unsigned MSG_FILES_TRANSFERED = 7214;
+constexpr unsigned MSG_OBJECTS_SELECTED = 7216;
+constexpr unsigned MSG_LINK_NOT_RESOLVED = 7225;
+constexpr unsigned MSG_FILES_TRANSFERED_FOLDERS_CREATED = 7226;
+constexpr unsigned MSG_FOLDERS_CREATED = 7227;
+constexpr unsigned MSG_STATISTICS_FOR = 7228;
+constexpr unsigned MSG_CHANGING_FOLDER = 7229;
+constexpr unsigned MSG_PARSING_LIST = 7231;
+constexpr unsigned MSG_TRANSFERING_FILES = 7233;
+
+// Sites: names, case conversion, transfer types, validation; local space.
+constexpr unsigned MSG_SITE_EXISTS = 7251;
+constexpr unsigned MSG_TYPE_BINARY = 7252;
+constexpr unsigned MSG_TYPE_ASCII = 7253;
+constexpr unsigned MSG_TYPE_L8 = 7254;
+constexpr unsigned MSG_CASE_NONE = 7257;
+constexpr unsigned MSG_CASE_TO_UPPER = 7258;
+constexpr unsigned MSG_CASE_TO_LOWER = 7259;
+constexpr unsigned MSG_INVALID_USER_NAME = 7261;
+constexpr unsigned MSG_NULL_REASON = 7262;
+constexpr unsigned MSG_ANONYMOUS_NEEDS_MAIL_ADDRESS = 7264;
+constexpr unsigned MSG_HOST_NAME_INVALID = 7265;
+constexpr unsigned MSG_HOST_NAME_NULL = 7266;
+constexpr unsigned MSG_SITE_NAME_INVALID = 7267;
+constexpr unsigned MSG_DIRECTORY_NAME_INVALID = 7268;
+constexpr unsigned MSG_LARGER_THAN_DRIVE_SPACE = 7269;
+constexpr unsigned MSG_PORT_COMMAND_FAILED = 7278;
+constexpr unsigned MSG_CREATE_NEW_SITE = 7281;
+constexpr unsigned MSG_DELETE_REMOTE_DIRECTORY_FAILED = 7283;
+constexpr unsigned MSG_RENAME_REMOTE_FILE_FAILED = 7284;
+constexpr unsigned MSG_RENAME_REMOTE_DIRECTORY_FAILED = 7285;
+constexpr unsigned MSG_GET_REMOTE_DIRECTORY_FAILED = 7287;
+constexpr unsigned MSG_STATISTICS_FAILED = 7288;
+constexpr unsigned MSG_LIST_REMOTE_DIRECTORY_FAILED = 7289;
+constexpr unsigned MSG_CANNOT_TRANSFER_TYPE = 7290;
+constexpr unsigned MSG_REFRESHING = 7291;
+constexpr unsigned MSG_TYPE_NAME_ICON = 7293;
+constexpr unsigned MSG_TYPE_NAME_CURSOR = 7294;
+constexpr unsigned MSG_TYPE_NAME_SHELL = 7295;
+constexpr unsigned MSG_TYPE_NAME_COMPRESSED = 7296;
+constexpr unsigned MSG_TYPE_NAME_PACKED = 7297;
+constexpr unsigned MSG_TYPE_NAME_CPIO = 7298;
+constexpr unsigned MSG_NO_TEMPORARY_SPACE = 7300;
+constexpr unsigned MSG_CANNOT_START_PROGRAM = 7301;
+constexpr unsigned MSG_SHORT_PRODUCT_NAME = 7302;
+constexpr unsigned MSG_LONG_PRODUCT_NAME = 7303;
+constexpr unsigned MSG_TYPE_DEFAULT = 7309;
+constexpr unsigned MSG_SET_LOCAL_DIRECTORY_FAILED = 7313;
+constexpr unsigned MSG_CANNOT_RESOLVE_LOCAL_HOST = 7314;
+constexpr unsigned MSG_NO_VIEWER = 7315;
+constexpr unsigned MSG_SERVER_ABORTED_CONNECTION = 7318;
+constexpr unsigned MSG_PATH_INVALID = 7319;
+constexpr unsigned MSG_SOCKET_INVALID = 7320;
+constexpr unsigned MSG_CHANGE_DIRECTORY_550 = 7321;
+constexpr unsigned MSG_CONNECTING = 7322;
+constexpr unsigned MSG_DETERMINING_ROOT = 7325;
+constexpr unsigned MSG_CHANGING_DIRECTORY = 7326;
+constexpr unsigned MSG_CREATE_FAILED = 7327;
+constexpr unsigned MSG_TRANSFER_ERROR_CAPTION = 7328;
+constexpr unsigned MSG_NO_DRIVE_SPACE = 7329;
+
+// Boxes and dialogs of this program's own.
+constexpr unsigned MSG_BOX_LOCAL_FOLDER_REFUSES = 7330;
+constexpr unsigned MSG_BOX_DISK_FULL = 7331;
+constexpr unsigned MSG_BOX_FILE_TOO_BIG_TO_SEND = 7332;
+constexpr unsigned MSG_BOX_SERVER_SILENT = 7333;
+constexpr unsigned MSG_BOX_LISTING_CUT_OFF = 7334;
+constexpr unsigned MSG_BOX_NOT_A_FTP_SERVER = 7335;
+constexpr unsigned MSG_BOX_FILE_NOT_COMPLETE = 7336;
+constexpr unsigned MSG_BOX_ITEMS_FAILED = 7337;
+constexpr unsigned MSG_BOX_UNSAFE_NAME = 7338;
+constexpr unsigned MSG_BOX_DELETE_ITEM = 7339;
+constexpr unsigned MSG_BOX_DELETE_ITEMS = 7340;
+constexpr unsigned MSG_BOX_DELETE_SITE = 7341;
+constexpr unsigned MSG_BOX_SITE_DAMAGED = 7342;
+constexpr unsigned MSG_BOX_SETTINGS_NOT_SAVED = 7343;
+constexpr unsigned MSG_BOX_NO_HELP_FILE = 7344;
+constexpr unsigned MSG_BOX_EXIT_WHILE_TRANSFERING = 7345;
+constexpr unsigned MSG_REPLACE_SIZE = 7346;
+constexpr unsigned MSG_REPLACE_DATE = 7347;
+constexpr unsigned MSG_REPLACE_NO_DATE = 7348;
+constexpr unsigned MSG_VERSION = 7349;
+constexpr unsigned MSG_SELECTION = 7350;
+constexpr unsigned MSG_STATUS_CONSOLE = 7351;
+constexpr unsigned MSG_STATUS_LINKS = 7352;
+constexpr unsigned MSG_STATUS_BELL = 7353;
+constexpr unsigned MSG_STATUS_UNIQUE = 7354;
+constexpr unsigned MSG_LOCAL_COMPUTER = 7355;
+constexpr unsigned MSG_BOX_CANNOT_LIST_LOCAL_FOLDER = 7356;
+
+// Ranges: socket errors 8000 to 8049 by table position; the explanation of a reply is the base plus its code.
+constexpr unsigned MSG_SOCKET_ERROR_FIRST = 8000;
+constexpr unsigned MSG_SOCKET_ERROR_LAST = 8049;
+constexpr unsigned MSG_REPLY_EXPLANATION_BASE = 8000;
+constexpr unsigned MSG_USER_LOGGED_ON = 8230;
