@@ -1,0 +1,34 @@
+// Reads a received listing back, block by block, and hands out its lines.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/files.h"
+
+// Lines longer than this are handed out cut, so that one line without end cannot take the memory.
+inline constexpr std::size_t kLongestListingLine = 16384;
+
+class DumpReader {
+  public:
+    ~DumpReader();
+    // False when the file cannot be opened (reported).
+    bool Open(const char* traceContext, const char* fileName);
+    // The next line without its line end and leading blanks; "total " is skipped as the first line only, empty lines
+    // always. False at the end. The view lives until the next call.
+    bool NextLine(std::string_view& line);
+    std::uint64_t FileSize() const { return fileSize_; }
+
+  private:
+    bool FillBlock();
+
+    platform::FileHandle file_ = platform::kNoFile;
+    std::uint64_t fileSize_ = 0;
+    std::vector<char> block_;
+    std::size_t blockLength_ = 0;
+    std::size_t position_ = 0;
+    std::size_t carried_ = 0;  // bytes of an unfinished line kept at the block's start
+    bool first_ = true;
+};
