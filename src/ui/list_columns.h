@@ -1,0 +1,22 @@
+// Columns of the details view in its two layouts: which, how wide, how aligned, and the text of each for an entry.
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+
+#include "listing/directory_entry.h"
+
+enum LogicalColumn { kColumnName, kColumnType, kColumnUmask, kColumnLinks, kColumnOwner, kColumnGroup, kColumnSize,
+                     kColumnTimestamp, kLogicalColumns };
+
+// The logical column shown at a display position of the layout with `columns` columns.
+int LogicalColumnAt(std::uint32_t columns, int position);
+// By display position: the fourth and the seventh are right-aligned, in either layout, as wanted.
+bool IsRightAligned(int position);
+const char* ColumnText(LVobject& entry, int logicalColumn);
+unsigned ColumnHeaderMessage(int logicalColumn);
+// Removes all columns and inserts those of the layout.
+void RebuildColumns(HWND list, std::uint32_t columns);
+// Column widths that fit the texts, for the first entries of a folder; remembered and stored widths win.
+void FitColumns(HWND list, std::uint32_t columns);

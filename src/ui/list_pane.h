@@ -1,0 +1,40 @@
+// The list: entries of the folder selected in the tree, as a virtual list view. The entries stand in a vector that the
+// pane owns; the control asks for what it shows. Columns: list_columns.h. Order: list_sort.h.
+#pragma once
+
+#include <windows.h>
+#include <commctrl.h>
+
+#include <vector>
+
+#include "config/settings.h"
+#include "listing/directory_entry.h"
+#include "listing/tree_node.h"
+
+inline constexpr int kListChildId = 607;
+
+bool CreateListPane(HWND parent);
+void DestroyListPane();
+HWND ListWindow();
+
+// Frees every entry and empties the control.
+void InitListView();
+// The pane owns the entries from here on. Shown at once; the folder they belong to is `folder`.
+void LV_AddEntries(TVobject* folder, std::vector<LVobjectPtr> entries);
+// Adds one entry; returns its index, or -1 (and frees it).
+int LV_AddItem(LVobjectPtr entry);
+void LV_DeleteItem(int index);
+int EntryCount();
+LVobject* EntryAt(int index);
+TVobject* ListedFolder();
+std::vector<const LVobject*> SelectedEntries();
+int FirstSelected();
+int SelectedCount();
+void SelectAllEntries();
+void SelectOnly(int index);
+void LV_ChangeView(UiStyle style, std::uint32_t columns);
+// Re-sorts by the logical column and keeps selection and focus.
+void SortEntriesBy(int logicalColumn, bool asColumnClick);
+
+// WM_NOTIFY of the list; true when handled, with the answer in `result`.
+bool LV_NotifyHandler(NMHDR* header, LRESULT& result);

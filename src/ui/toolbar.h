@@ -1,0 +1,8 @@
+// The toolbar: sixteen slots, their images and tooltips, and which of them can be pressed.
+#pragma once
+
+#include <windows.h>
+
+bool CreateTheToolbar(HWND parent);
+int ToolbarHeight();
+void SetToolbarButtonState();
