@@ -1,0 +1,26 @@
+// Helpers on UTF-8 bytes that the bodies of this floor share: the same result on every system, whatever its own
+// converters make of malformed bytes. Conversions that callers may use stand in system.h.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace platform {
+
+// One code point read from the front of a text.
+struct CodePoint {
+    char32_t value = 0;      // U+FFFD when the bytes are malformed
+    std::size_t length = 0;  // bytes it took, at least 1
+    bool valid = false;
+};
+
+// The first code point of a text that is not empty. Malformed bytes are taken in maximal parts, as the Unicode
+// standard recommends (section 3.9), so that one broken sequence becomes one replacement character.
+CodePoint ReadCodePoint(std::string_view text);
+void AppendUtf8(std::string& text, char32_t codePoint);
+
+// Cuts to at most `longest` bytes without splitting a character.
+void CutUtf8(std::string& text, std::size_t longest);
+
+}  // namespace platform
