@@ -259,6 +259,14 @@ constexpr unsigned MSG_STATUS_BELL = 7353;
 constexpr unsigned MSG_STATUS_UNIQUE = 7354;
 constexpr unsigned MSG_LOCAL_COMPUTER = 7355;
 constexpr unsigned MSG_BOX_CANNOT_LIST_LOCAL_FOLDER = 7356;
+constexpr unsigned MSG_STATUS_LINKS_IS = 7357;
+constexpr unsigned MSG_STATUS_BELL_IS = 7358;
+constexpr unsigned MSG_STATUS_UNIQUE_IS = 7359;
+constexpr unsigned MSG_STATUS_ON = 7360;
+constexpr unsigned MSG_STATUS_OFF = 7361;
+constexpr unsigned MSG_STATUS_NOT_CONNECTED = 7362;
+constexpr unsigned MSG_STATUS_CONNECTED_TO = 7363;
+constexpr unsigned MSG_STATUS_ENTRIES = 7364;
 
 // Ranges: socket errors 8000 to 8049 by table position; the explanation of a reply is the base plus its code.
 constexpr unsigned MSG_SOCKET_ERROR_FIRST = 8000;
