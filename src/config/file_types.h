@@ -31,8 +31,8 @@ FTobject* AddFileType(std::string_view extension);
 // Builds the type from the built-in descriptions; null for an extension that is only a dot.
 FTobject* GetDefaultType(std::string_view extension);
 FTobject* AddFolderType();
-// The type of an entry: the folder type, the type of its extension (from the last dot on when `lastDot`), or the type of
-// names without one. Never null, never slow: what is not registered is remembered.
+// The type of an entry: the folder type, the type of its extension (from the last dot on when `lastDot`), or the type
+// of names without one. Never null, never slow: what is not registered is remembered.
 FTobject* FileTypeOf(std::string_view name, bool isFolder);
 int GetFileTypeCount();
 void FreeFileTypes();

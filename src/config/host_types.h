@@ -14,6 +14,7 @@ inline constexpr std::uint32_t HOST_TYPE_LOCAL = 7005;  // the local computer sh
 inline constexpr std::uint32_t HOST_TYPE_EXOS = 7014;
 inline constexpr std::uint32_t HOST_TYPE_VMS_MULTINET = 7015;
 inline constexpr std::uint32_t HOST_TYPE_IBM_MVS = 7019;
+inline constexpr std::uint32_t kLastHostType = 7021;
 // The only ones a user can choose: the selection's index plus 7000.
 inline constexpr std::uint32_t kLastOfferedHostType = 7004;
 

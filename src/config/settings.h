@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <string>
 
-inline constexpr std::uint32_t kColumnsWindows = 4;  // details view: four columns
-inline constexpr std::uint32_t kColumnsUnix = 8;     // details view: eight columns
+inline constexpr std::uint32_t kColumnsWindows = 4;           // details view: four columns
+inline constexpr std::uint32_t kColumnsUnix = 8;              // details view: eight columns
 inline constexpr std::int32_t kDefaultPlacement = INT32_MIN;  // 0x80000000: the system chooses
 inline constexpr int kMostColumns = 8;
 

@@ -1,27 +1,34 @@
 // One row per program value of the store: its name, where it lives in the settings, what a new store holds, what an
-// absent value reads as, what the reset writes. The order of the rows is the order of writing.
+// absent value reads as, what the reset writes. The order of the rows is the order of writing. Reading and writing the
+// store itself belongs to defaults_store.h.
 #pragma once
 
 #include <cstdint>
 #include <span>
+#include <string>
 
 #include "config/settings.h"
 
-struct NumberSetting {
-    const char* name;
-    std::uint32_t ZarnSettings::* unsignedField;  // one of the two fields is set
-    std::int32_t ZarnSettings::* signedField;
-    std::uint32_t firstRun;
-    std::uint32_t whenAbsent;
-    std::uint32_t reset;
-};
-struct TextSetting {
-    const char* name;
-    std::string ZarnSettings::* field;
-    std::uint32_t longest;  // bytes, terminator included
+// Exactly one of the three fields is set.
+struct ProgramSetting {
+    const char* name = nullptr;
+    std::uint32_t ZarnSettings::*unsignedField = nullptr;
+    std::int32_t ZarnSettings::*signedField = nullptr;
+    std::string ZarnSettings::*textField = nullptr;
+    // Of numbers; texts are empty in all three cases.
+    std::uint32_t firstRun = 0;
+    std::uint32_t whenAbsent = 0;
+    std::uint32_t reset = 0;
+    // Of texts: bytes, terminator included.
+    std::uint32_t longest = 0;
+
+    bool IsText() const { return textField != nullptr; }
 };
 
-std::span<const NumberSetting> NumberSettings();
-std::span<const TextSetting> TextSettings();
-std::uint32_t GetNumber(const ZarnSettings& settings, const NumberSetting& row);
-void SetNumber(ZarnSettings& settings, const NumberSetting& row, std::uint32_t value);
+std::span<const ProgramSetting> ProgramSettings();
+std::uint32_t GetNumber(const ZarnSettings& settings, const ProgramSetting& row);
+void SetNumber(ZarnSettings& settings, const ProgramSetting& row, std::uint32_t value);
+
+// The settings that have rows, as a new store holds them, or as the reset writes them; every other field is kept.
+void SetFirstRunValues(ZarnSettings& settings);
+void SetResetValues(ZarnSettings& settings);

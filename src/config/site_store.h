@@ -1,4 +1,5 @@
-// Sites in the store: one key per site, named by its session name.
+// Sites in the store: one key per site, named by its session name. A name that can be no site's key (empty, "Defaults",
+// or with a backslash in it) is refused by every operation, so that none can reach another part of the store.
 #pragma once
 
 #include <string>
@@ -15,5 +16,7 @@ SitePtr Zarn_GetSiteInfo(const char* sessionName);
 std::vector<SitePtr> LoadSites();
 // Deletes a site's key and all below it; an empty name does nothing.
 void RegDeleteSiteInfo(const char* sessionName);
-// Moves a site's key. `nameTaken` tells whether the tree already shows a site of a name. False when nothing moved.
-bool RenameSiteInfo(const char* oldName, const char* newName, bool makeLastSession, bool (*nameTaken)(const char* name));
+// Moves a site's key. `nameTaken` (may be null) tells whether the tree already shows a site of exactly that name. False
+// when nothing moved.
+bool RenameSiteInfo(const char* oldName, const char* newName, bool makeLastSession,
+                    bool (*nameTaken)(const char* name));

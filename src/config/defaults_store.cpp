@@ -1,0 +1,134 @@
+#include "config/defaults_store.h"
+
+#include "config/settings_table.h"
+#include "foundation/catalogue.h"
+#include "foundation/error_report.h"
+#include "foundation/foundation_view.h"
+#include "foundation/log_file.h"
+#include "foundation/message_ids.h"
+#include "foundation/trace.h"
+
+using platform::RegistryKey;
+using platform::RegistryRoot;
+
+namespace {
+
+constexpr char kSessionValue[] = "SESSION";
+constexpr std::size_t kSessionSize = 64;
+
+std::string& StoreRoot() {
+    static std::string root = kRootKey;
+    return root;
+}
+
+// False when the value is missing or damaged.
+bool ReadSetting(const RegistryKey& key, const ProgramSetting& row) {
+    if (row.IsText()) {
+        const auto text = key.ReadText(row.name, row.longest);
+        gZarn.*row.textField = text.value_or(std::string());
+        return text.has_value();
+    }
+    const auto number = key.ReadNumber(row.name);
+    SetNumber(gZarn, row, number.value_or(row.whenAbsent));
+    return number.has_value();
+}
+
+int WriteSetting(RegistryKey& key, const ProgramSetting& row) {
+    if (row.IsText()) return key.WriteText(row.name, gZarn.*row.textField);
+    return key.WriteNumber(row.name, GetNumber(gZarn, row));
+}
+
+// What belongs into a new "Defaults" key beside the program values.
+void WriteNewDefaultsKey() {
+    SaveDefaults();
+    SavePortInfo("", PortInfo());
+    SaveModeInfo("", ModeInfo());
+    // Empty, so that the first look at the widths finds its key.
+    OpenStoreKey(std::string(kDefaultsKey) + "\\View\\Windows", nullptr);
+    OpenStoreKey(std::string(kDefaultsKey) + "\\View\\Unix", nullptr);
+}
+
+}  // namespace
+
+void SetStoreRoot(const char* root) {
+    StoreRoot() = root != nullptr ? root : kRootKey;
+}
+
+std::string StoreKeyPath(const std::string& subkey) {
+    return subkey.empty() ? StoreRoot() : StoreRoot() + "\\" + subkey;
+}
+
+RegistryKey OpenStoreKey(const std::string& subkey, bool* created) {
+    const std::string path = StoreKeyPath(subkey);
+    RegistryKey key = RegistryKey::Create(RegistryRoot::CurrentUser, path, created);
+    if (!key.IsOpen()) {
+        const OwnedText text = Zarn_ResVsprintf(MSG_CANNOT_CREATE_KEY, path);
+        ShowMessageBox(text.c_str(), nullptr, BoxButtons::Ok, BoxIcon::Exclamation);
+    }
+    return key;
+}
+
+void ReportFailedWrite(const char* callerName, std::string_view valueName, int error) {
+    if (error == 0) return;
+    const std::string call = "RegSetValueEx(" + std::string(valueName) + ")";
+    DbgPrintApiError(callerName, call.c_str(), static_cast<std::uint32_t>(error));
+}
+
+void LoadConfiguration() {
+    LoadDefaults();
+    gZarn.SESSION = GetLastSession();
+    gZarn.port = LoadPortInfo("");
+    gZarn.mode = LoadModeInfo("");
+    ApplyLogSettings();
+}
+
+void ApplyLogSettings() {
+    SetLogFileName(gZarn.LOGFILE.c_str());
+    gTrace.logging = gZarn.LOGGING != 0 && !gZarn.LOGFILE.empty();
+}
+
+void LoadDefaults() {
+    bool created = false;
+    const RegistryKey key = OpenStoreKey(kDefaultsKey, &created);
+    if (!key.IsOpen()) return;
+    if (created) {
+        SetFirstRunValues(gZarn);
+        WriteNewDefaultsKey();
+        return;
+    }
+    bool hasLogFile = true;
+    for (const ProgramSetting& row : ProgramSettings()) {
+        if (!ReadSetting(key, row) && row.textField == &ZarnSettings::LOGFILE) hasLogFile = false;
+    }
+    // LOGGING counts only beside a name that could be read, even if it is an empty one.
+    if (!hasLogFile) gZarn.LOGGING = 0;
+}
+
+void SaveDefaults() {
+    RegistryKey key = OpenStoreKey(kDefaultsKey, nullptr);
+    if (!key.IsOpen()) return;
+    for (const ProgramSetting& row : ProgramSettings()) {
+        ReportFailedWrite("SaveDefaults", row.name, WriteSetting(key, row));
+    }
+}
+
+void ResetDefaults() {
+    SetResetValues(gZarn);
+    WriteNewDefaultsKey();
+}
+
+std::string GetLastSession() {
+    bool created = false;
+    const RegistryKey key = OpenStoreKey(kDefaultsKey, &created);
+    if (!key.IsOpen()) return {};
+    if (created) ResetDefaults();
+    return key.ReadText(kSessionValue, kSessionSize).value_or(std::string());
+}
+
+void SetLastSession(const char* name) {
+    if (name == nullptr || *name == '\0') return;
+    RegistryKey key = OpenStoreKey(kDefaultsKey, nullptr);
+    if (!key.IsOpen()) return;
+    ReportFailedWrite("SetLastSession", kSessionValue, key.WriteText(kSessionValue, name));
+    gZarn.SESSION = name;
+}
