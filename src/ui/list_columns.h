@@ -20,3 +20,7 @@ unsigned ColumnHeaderMessage(int logicalColumn);
 void RebuildColumns(HWND list, std::uint32_t columns);
 // Column widths that fit the texts, for the first entries of a folder; remembered and stored widths win.
 void FitColumns(HWND list, std::uint32_t columns);
+// The user dragged a heading: that width stays.
+void KeepColumnWidth(HWND list, int position);
+// Writes the widths of the layout shown to the store.
+void SaveShownColumns();

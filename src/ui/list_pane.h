@@ -30,11 +30,21 @@ TVobject* ListedFolder();
 std::vector<const LVobject*> SelectedEntries();
 int FirstSelected();
 int SelectedCount();
+// True when a remote or local file is among the selected entries; stops at the first one.
+bool AnyFileSelected();
+// Sum of the selected entries' sizes.
+std::uint64_t SelectedBytes();
 void SelectAllEntries();
+// Selected, focused and scrolled into view; the others are not selected any more.
 void SelectOnly(int index);
 void LV_ChangeView(UiStyle style, std::uint32_t columns);
-// Re-sorts by the logical column and keeps selection and focus.
-void SortEntriesBy(int logicalColumn, bool asColumnClick);
+// Sorts by a column number of the shown layout, as CompareEntries takes it; selection and focus stay with their entries.
+void SortEntriesByColumn(int column);
+// A click on the heading at a display position.
+void SortEntriesByClick(int position);
+// The entry's index, -1 when the pane does not hold it (any more).
+int IndexOfEntry(const LVobject* entry);
+void RedrawEntry(int index);
 
 // WM_NOTIFY of the list; true when handled, with the answer in `result`.
 bool LV_NotifyHandler(NMHDR* header, LRESULT& result);

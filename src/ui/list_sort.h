@@ -12,6 +12,8 @@ struct SortState {
     int lastColumn = -1;
 };
 
+// The logical column that a column number means in the layout; -1 when it means none, and then all entries are equal.
+int EffectiveColumn(int column, std::uint32_t layout);
 // Comparison of two entries by a column number of the layout (in the Windows layout 2 and up are raised by 4; above 7
 // everything is equal). <0, 0, >0.
 int CompareEntries(const LVobject& a, const LVobject& b, int column, std::uint32_t layout, bool descending);

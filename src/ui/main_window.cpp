@@ -1,0 +1,396 @@
+#include "ui/main_window.h"
+
+#include <commctrl.h>
+#include <windowsx.h>
+
+#include <algorithm>
+#include <atomic>
+
+#include "config/defaults_store.h"
+#include "config/file_types.h"
+#include "config/settings.h"
+#include "foundation/catalogue.h"
+#include "foundation/console_pane.h"
+#include "foundation/foundation_view.h"
+#include "foundation/message_ids.h"
+#include "foundation/trace.h"
+#include "ftp/blocking_call.h"
+#include "ftp/dump_file.h"
+#include "ftp/session_state.h"
+#include "ftp/worker.h"
+#include "resources/resource.h"
+#include "ui/app.h"
+#include "ui/command_context.h"
+#include "ui/command_table.h"
+#include "ui/help.h"
+#include "ui/list_pane.h"
+#include "ui/menus.h"
+#include "ui/splitter.h"
+#include "ui/status_bar.h"
+#include "ui/titles.h"
+#include "ui/toolbar.h"
+#include "ui/tree_pane.h"
+#include "ui/tree_selection.h"
+#include "ui/ui_calls.h"
+#include "ui/views.h"
+#include "ui/wide_text.h"
+
+namespace {
+
+constexpr int kTitleBarHeight = 20;  // bars above the panes, pixels at 96 dpi
+constexpr int kSmallestWidth = 480;  // pixels at 96 dpi
+constexpr int kSmallestHeight = 320;
+constexpr int kFirstWidth = 980;
+constexpr int kFirstHeight = 640;
+constexpr std::uint32_t kWorkerEnd = 5000;  // milliseconds that a worker gets to end when the window closes
+
+HWND CreateTitleBar(HWND parent) {
+    return CreateWindowExW(0, L"STATIC", L"",
+                           WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS | SS_LEFT | SS_CENTERIMAGE | SS_NOPREFIX | SS_ENDELLIPSIS,
+                           0, 0, 0, 0, parent, nullptr, gApp.instance, nullptr);
+}
+
+void SetPaneFonts() {
+    for (HWND pane : {TreeWindow(), ListWindow(), gApp.treeTitle, gApp.listTitle, gApp.statusBar}) {
+        if (pane != nullptr) SendMessageW(pane, WM_SETFONT, reinterpret_cast<WPARAM>(gApp.paneFont), TRUE);
+    }
+}
+
+// Height 13, width 6, weight 400 at 96 dpi, with the character set of the user's language.
+HFONT MakePaneFont() {
+    DWORD charset = ANSI_CHARSET;
+    switch (PRIMARYLANGID(GetUserDefaultLangID())) {
+        case LANG_JAPANESE:
+            charset = SHIFTJIS_CHARSET;
+            break;
+        case LANG_KOREAN:
+            charset = HANGEUL_CHARSET;
+            break;
+        default:
+            break;
+    }
+    return CreateFontW(Scaled(13), Scaled(6), 0, 0, FW_NORMAL, FALSE, FALSE, FALSE, charset, OUT_DEFAULT_PRECIS,
+                       CLIP_DEFAULT_PRECIS, DEFAULT_QUALITY, DEFAULT_PITCH | FF_DONTCARE, L"MS Shell Dlg");
+}
+
+UINT WindowDpi(HWND window) {
+    HDC dc = GetDC(window);
+    const int dpi = GetDeviceCaps(dc, LOGPIXELSX);
+    ReleaseDC(window, dc);
+    return dpi > 0 ? static_cast<UINT>(dpi) : 96;
+}
+
+void RememberPlacement(HWND window) {
+    if (gSession.exiting) return;
+    gZarn.bMinimized = IsIconic(window) != 0;
+    gZarn.bMaximized = IsZoomed(window) != 0;
+    if (gZarn.bMinimized != 0 || gZarn.bMaximized != 0) return;
+    RECT place{};
+    GetWindowRect(window, &place);
+    gZarn.xPos = place.left;
+    gZarn.yPos = place.top;
+    gZarn.nWidth = place.right - place.left;
+    gZarn.nHeight = place.bottom - place.top;
+}
+
+// A stored place that no screen shows any more (a screen was taken away) is replaced by the system's choice.
+bool IsOnAScreen(const RECT& place) { return MonitorFromRect(&place, MONITOR_DEFAULTTONULL) != nullptr; }
+
+RECT FirstPlacement() {
+    const bool stored = gZarn.xPos != kDefaultPlacement && gZarn.nWidth != kDefaultPlacement && gZarn.nWidth > 0 &&
+                        gZarn.nHeight > 0;
+    if (stored) {
+        const RECT place{gZarn.xPos, gZarn.yPos, gZarn.xPos + gZarn.nWidth, gZarn.yPos + gZarn.nHeight};
+        if (IsOnAScreen(place)) return {gZarn.xPos, gZarn.yPos, gZarn.nWidth, gZarn.nHeight};
+    }
+    RECT work{};
+    SystemParametersInfoW(SPI_GETWORKAREA, 0, &work, 0);
+    const LONG width = std::min<LONG>(Scaled(kFirstWidth), work.right - work.left);
+    const LONG height = std::min<LONG>(Scaled(kFirstHeight), work.bottom - work.top);
+    return {CW_USEDEFAULT, CW_USEDEFAULT, width, height};
+}
+
+void OnTimeOutTimer(HWND window) {
+    KillTimer(window, kTimeOutTimer);
+    const std::uint32_t next = HandleTimeOutTimer(gZarn.port.timeout);
+    if (OperationRunning() && gZarn.port.timeout != 0) SetTimer(window, kTimeOutTimer, next, nullptr);
+}
+
+// The time-out timer runs while an operation does.
+void UpdateTimeOutTimer() {
+    static bool running = false;
+    const bool wanted = OperationRunning() && gZarn.port.timeout != 0;
+    if (wanted == running) return;
+    running = wanted;
+    if (wanted) {
+        SetTimer(gApp.mainWindow, kTimeOutTimer, gZarn.port.timeout * 1000, nullptr);
+    } else {
+        KillTimer(gApp.mainWindow, kTimeOutTimer);
+    }
+}
+
+bool OnSetCursor(HWND window) {
+    if (CommandsRefused()) {
+        SetCursor(LoadCursorW(nullptr, reinterpret_cast<LPCWSTR>(IDC_WAIT)));
+        return true;
+    }
+    POINT point{};
+    GetCursorPos(&point);
+    ScreenToClient(window, &point);
+    if (!OverSplitter(point)) return false;
+    SetCursor(LoadCursorW(nullptr, reinterpret_cast<LPCWSTR>(IDC_SIZEWE)));
+    return true;
+}
+
+void OnMenuSelect(WPARAM wParam, LPARAM lParam) {
+    const bool closed = HIWORD(wParam) == 0xFFFF && lParam == 0;
+    const bool isCommand = (HIWORD(wParam) & (MF_POPUP | MF_SEPARATOR)) == 0;
+    ShowMenuHelp(!closed && isCommand ? LOWORD(wParam) : 0);
+}
+
+bool OnTooltip(NMHDR* header) {
+    static std::wstring text;  // the control reads it after the notification
+    if (header->code == TTN_GETDISPINFOW) {
+        text = Wide(CatalogueText(static_cast<unsigned>(header->idFrom)));
+        reinterpret_cast<NMTTDISPINFOW*>(header)->lpszText = text.data();
+        return true;
+    }
+    return false;
+}
+
+void NoteFocus(const NMHDR* header) {
+    if (header->code != NM_SETFOCUS) return;
+    gApp.focus = header->hwndFrom == ListWindow() ? Pane::List : Pane::Tree;
+    SetToolbarButtonState();
+}
+
+bool OnNotify(NMHDR* header, LRESULT& result) {
+    result = 0;
+    if (OnTooltip(header)) return true;
+    if (header->hwndFrom == gApp.statusBar && header->code == NM_CLICK) {
+        if (!CommandsRefused()) Zarn_ToggleStatus(static_cast<int>(reinterpret_cast<NMMOUSE*>(header)->dwItemSpec));
+        return true;
+    }
+    if (header->hwndFrom == TreeWindow()) NoteFocus(header);
+    if (header->hwndFrom == ListWindow()) NoteFocus(header);
+    if (TV_NotifyHandler(header, result)) {
+        ChangeSBText();
+        return true;
+    }
+    return LV_NotifyHandler(header, result);
+}
+
+void SwapFocus() { SetFocus(gApp.focus == Pane::Tree ? ListWindow() : TreeWindow()); }
+
+void OnDpiChanged(HWND window, UINT dpi, const RECT& suggested) {
+    gApp.dpi = dpi;
+    HFONT old = gApp.paneFont;
+    gApp.paneFont = MakePaneFont();
+    SetPaneFonts();
+    SetConsoleFont(gApp.paneFont);
+    DeleteObject(old);
+    InitTreeViewImageLists(dpi);
+    SetWindowPos(window, nullptr, suggested.left, suggested.top, suggested.right - suggested.left,
+                 suggested.bottom - suggested.top, SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+std::atomic<bool> gRefreshPosted{false};
+
+}  // namespace
+
+bool RegisterMainWindowClass() {
+    WNDCLASSEXW description{};
+    description.cbSize = sizeof(description);
+    description.lpfnWndProc = MainWndProc;
+    description.hInstance = gApp.instance;
+    description.hIcon = LoadIconW(gApp.instance, L"IDI_ZARN");
+    description.hIconSm = static_cast<HICON>(LoadImageW(gApp.instance, L"IDI_ZARN", IMAGE_ICON, GetSystemMetrics(SM_CXSMICON),
+                                                        GetSystemMetrics(SM_CYSMICON), 0));
+    description.hCursor = nullptr;  // set by WM_SETCURSOR
+    description.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1);
+    description.lpszMenuName = L"ZarnMenu";
+    const std::wstring name = Wide(gApp.shortName);
+    description.lpszClassName = name.c_str();
+    return RegisterClassExW(&description) != 0;
+}
+
+HWND CreateTheMainWindow() {
+    DbgVsprintf("CreateTheMainWindow", "Entered");
+    gApp.dpi = WindowDpi(nullptr);
+    const RECT place = FirstPlacement();
+    return CreateWindowExW(0, Wide(gApp.shortName).c_str(), Wide(gApp.longName).c_str(),
+                           WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, place.left, place.top, place.right, place.bottom, nullptr,
+                           nullptr, gApp.instance, nullptr);
+}
+
+bool CreateAppWindows(HWND mainWindow) {
+    DbgVsprintf("CreateAppWindows", "Entered");
+    gApp.mainWindow = mainWindow;
+    gApp.paneFont = MakePaneFont();
+    SetConsoleFont(gApp.paneFont);
+    SetConsoleChanged(ChangeSBText);
+    gApp.treeTitle = CreateTitleBar(mainWindow);
+    gApp.listTitle = CreateTitleBar(mainWindow);
+    if (!CreateTheToolbar(mainWindow) || !CreateTheStatusWindow(mainWindow)) return false;
+    if (!CreateTreePane(mainWindow) || !CreateListPane(mainWindow)) return false;
+    if (gZarn.VERBOSE != 0) Zarn_ShowConsole(mainWindow, false);
+    SetPaneFonts();
+    return true;
+}
+
+void Zarn_OnSize(HWND window, int width, int height) {
+    SendMessageW(gApp.toolbar, TB_AUTOSIZE, 0, 0);
+    SendMessageW(gApp.statusBar, WM_SIZE, 0, 0);
+    LayoutStatusParts(width);
+    const int top = ToolbarHeight();
+    const int bottom = height - StatusBarHeight();
+    const int console = std::clamp(ConsoleHeight(), 0, std::max(0, (bottom - top) / 2));
+    const int panesBottom = bottom - console;
+    const int split = ClampSplit(Scaled(gZarn.nSplit), width);
+    const int bar = Scaled(kTitleBarHeight);
+    const int listLeft = split + Scaled(kSplitterWidth);
+    const int panesTop = top + bar;
+    const int indent = Scaled(4);
+
+    HDWP move = BeginDeferWindowPos(5);
+    const auto place = [&move](HWND pane, int left, int upper, int wide, int high) {
+        if (move != nullptr && pane != nullptr) {
+            move = DeferWindowPos(move, pane, nullptr, left, upper, std::max(0, wide), std::max(0, high),
+                                  SWP_NOZORDER | SWP_NOACTIVATE);
+        }
+    };
+    place(gApp.treeTitle, indent, top, split - indent, bar);
+    place(gApp.listTitle, listLeft + indent, top, width - listLeft - indent, bar);
+    place(TreeWindow(), 0, panesTop, split, panesBottom - panesTop);
+    place(ListWindow(), listLeft, panesTop, width - listLeft, panesBottom - panesTop);
+    place(reinterpret_cast<HWND>(ConsoleWindow()), 0, panesBottom, width, console);
+    if (move != nullptr) EndDeferWindowPos(move);
+    RememberPlacement(window);
+}
+
+void Zarn_NewSize(HWND window) {
+    RECT client{};
+    GetClientRect(window, &client);
+    Zarn_OnSize(window, client.right, client.bottom);
+}
+
+void Zarn_OnClose(HWND window) {
+    DbgVsprintf("Zarn_OnClose", "Entered");
+    if (window != gApp.mainWindow) {
+        DestroyWindow(window);
+        return;
+    }
+    RememberPlacement(window);
+    gSession.exiting = true;
+    ChangeSBText();
+    if (gZarn.SAVEONEXIT != 0) ProcessCommandsWndProc(window, IDM_SAVECFG);
+    if (WorkerRunning()) {
+        DoPrintIdArgs(MSG_KILLING_ACTIVE_THREAD);
+        StopWorker(kWorkerEnd);
+    }
+    StopUiCalls();
+    CancelSelectionTimer();
+    for (HWND pane : {TreeWindow(), ListWindow()}) SendMessageW(pane, WM_SETREDRAW, FALSE, 0);
+    ForEachSite([](Site* site, void*) { Zarn_IdmExit(site, 0); }, nullptr);
+    gApp.commandLineFiles.clear();
+    DeleteListingDumpFile();
+    DestroyListPane();
+    DestroyTreePane();
+    FreeFileTypes();
+    CloseHelp(window);
+    DestroyWindow(window);
+    DeleteObject(gApp.paneFont);
+}
+
+void RefreshWindowState() {
+    if (gSession.exiting || gApp.mainWindow == nullptr) return;
+    UpdateTimeOutTimer();
+    Zarn_SetMainWindowText();
+    SetToolbarButtonState();
+    ChangeSBText();
+    SendMessageW(gApp.mainWindow, WM_SETCURSOR, 0, 0);
+}
+
+void PostRefreshWindowState() {
+    if (gRefreshPosted.exchange(true)) return;
+    if (!PostMessageW(gApp.mainWindow, kRefreshMessage, 0, 0)) gRefreshPosted = false;
+}
+
+LRESULT CALLBACK MainWndProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+        case kUiCallMessage:
+            return HandleUiCall(wParam, lParam);
+        case kRefreshMessage:
+            gRefreshPosted = false;
+            RefreshWindowState();
+            return 0;
+        case WM_CREATE:
+            return CreateAppWindows(window) ? 0 : -1;
+        case WM_DESTROY:
+            gSession.exiting = true;
+            PostQuitMessage(0);
+            return 0;
+        case WM_MOVE:
+            RememberPlacement(window);
+            return 0;
+        case WM_SIZE:
+            if (wParam != SIZE_MINIMIZED) Zarn_OnSize(window, LOWORD(lParam), HIWORD(lParam));
+            return 0;
+        case WM_GETMINMAXINFO:
+            reinterpret_cast<MINMAXINFO*>(lParam)->ptMinTrackSize = {Scaled(kSmallestWidth), Scaled(kSmallestHeight)};
+            return 0;
+        case WM_CLOSE:
+            Zarn_OnClose(window);
+            return 0;
+        case WM_SETFOCUS:
+            SetFocus(gApp.focus == Pane::List ? ListWindow() : TreeWindow());
+            return 0;
+        case WM_SETCURSOR:
+            if (LOWORD(lParam) > HTCLIENT && LOWORD(lParam) != HTMENU) break;
+            if (OnSetCursor(window)) return TRUE;
+            break;
+        case WM_KEYDOWN:
+            if (wParam == VK_TAB) SwapFocus();
+            return 0;
+        case WM_NOTIFY: {
+            LRESULT result = 0;
+            if (OnNotify(reinterpret_cast<NMHDR*>(lParam), result)) return result;
+            break;
+        }
+        case WM_HELP:
+            ShowHelpContents(window);
+            return TRUE;
+        case WM_COMMAND:
+            if (lParam == 0 || reinterpret_cast<HWND>(lParam) == gApp.toolbar) {
+                if (ProcessCommandsWndProc(window, LOWORD(wParam))) return 0;
+            }
+            break;
+        case WM_TIMER:
+            if (wParam == kTimeOutTimer) OnTimeOutTimer(window);
+            if (wParam == kSelectionTimer) TV_HandleRealSelChange();
+            return 0;
+        case WM_INITMENUPOPUP:
+            if (HIWORD(lParam) == 0) Zarn_HandleInitMenuPopup(reinterpret_cast<HMENU>(wParam), LOWORD(lParam));
+            return 0;
+        case WM_MENUSELECT:
+            OnMenuSelect(wParam, lParam);
+            return 0;
+        case WM_CONTEXTMENU:
+            Zarn_OnContextMenu(window, {GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)});
+            return 0;
+        case WM_LBUTTONDOWN: {
+            const POINT point{GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
+            if (!CommandsRefused() && OverSplitter(point)) TV_HandleSplitDrag(window, point);
+            return 0;
+        }
+        case WM_RBUTTONDOWN:
+            if (CommandsRefused()) return 0;
+            break;
+        case WM_DPICHANGED:
+            OnDpiChanged(window, HIWORD(wParam), *reinterpret_cast<RECT*>(lParam));
+            return 0;
+        default:
+            break;
+    }
+    return DefWindowProcW(window, message, wParam, lParam);
+}

@@ -1,0 +1,101 @@
+#include "ui/toolbar.h"
+
+#include <commctrl.h>
+
+#include <array>
+
+#include "foundation/error_report.h"
+#include "foundation/trace.h"
+#include "resources/resource.h"
+#include "ui/app.h"
+#include "ui/command_context.h"
+#include "ui/command_table.h"
+
+namespace {
+
+constexpr int kSeparator = 0;
+
+// A slot: its command and its image within the standard or the view set.
+struct Slot {
+    int command;
+    bool fromViewSet;
+    int image;
+};
+
+constexpr std::array<Slot, 16> kSlots = {{
+    {IDM_LV_CDPARENT, true, VIEW_PARENTFOLDER},
+    {kSeparator, false, 0},
+    {IDM_CONNECT, true, VIEW_NETCONNECT},
+    {IDM_DISCONNECT, true, VIEW_NETDISCONNECT},
+    {kSeparator, false, 0},
+    {IDM_VIEW_LARGE_ICONS, true, VIEW_LARGEICONS},
+    {IDM_VIEW_SMALL_ICONS, true, VIEW_SMALLICONS},
+    {IDM_VIEW_LIST, true, VIEW_LIST},
+    {IDM_DETAILS_WINDOWS, true, VIEW_DETAILS},
+    {kSeparator, false, 0},
+    {IDM_RECEIVE, false, STD_COPY},
+    {IDM_DELETE, false, STD_DELETE},
+    {IDM_PROPERTIES, false, STD_PROPERTIES},
+    {IDM_NEWFOLDER, true, VIEW_NEWFOLDER},
+    {IDM_QUICKVIEW, false, STD_PRINTPRE},
+    {IDM_PRINT, false, STD_PRINT},
+}};
+
+// The first image of a standard set after it was added to the bar.
+int AddImages(HWND toolbar, UINT set) {
+    TBADDBITMAP bitmap{HINST_COMMCTRL, set};
+    return static_cast<int>(SendMessageW(toolbar, TB_ADDBITMAP, 0, reinterpret_cast<LPARAM>(&bitmap)));
+}
+
+}  // namespace
+
+bool CreateTheToolbar(HWND parent) {
+    DbgVsprintf("CreateTheToolbar", "Entered");
+    gApp.toolbar = CreateWindowExW(0, TOOLBARCLASSNAMEW, nullptr,
+                                   WS_CHILD | WS_VISIBLE | TBSTYLE_TOOLTIPS | TBSTYLE_FLAT | CCS_TOP, 0, 0, 0, 0, parent,
+                                   nullptr, gApp.instance, nullptr);
+    if (gApp.toolbar == nullptr) return false;
+    SendMessageW(gApp.toolbar, TB_BUTTONSTRUCTSIZE, sizeof(TBBUTTON), 0);
+    const bool large = gApp.dpi >= 144;
+    const int standard = AddImages(gApp.toolbar, large ? IDB_STD_LARGE_COLOR : IDB_STD_SMALL_COLOR);
+    const int view = AddImages(gApp.toolbar, large ? IDB_VIEW_LARGE_COLOR : IDB_VIEW_SMALL_COLOR);
+    std::array<TBBUTTON, kSlots.size()> buttons{};
+    for (std::size_t i = 0; i < kSlots.size(); ++i) {
+        const Slot& slot = kSlots[i];
+        buttons[i].idCommand = slot.command;
+        buttons[i].fsState = TBSTATE_ENABLED;
+        buttons[i].fsStyle = slot.command == kSeparator ? BTNS_SEP : BTNS_BUTTON;
+        if (slot.command != kSeparator) buttons[i].iBitmap = slot.image + (slot.fromViewSet ? view : standard);
+    }
+    SendMessageW(gApp.toolbar, TB_ADDBUTTONSW, buttons.size(), reinterpret_cast<LPARAM>(buttons.data()));
+    SendMessageW(gApp.toolbar, TB_AUTOSIZE, 0, 0);
+    return true;
+}
+
+int ToolbarHeight() {
+    RECT bar{};
+    GetWindowRect(gApp.toolbar, &bar);
+    return bar.bottom - bar.top;
+}
+
+void SetToolbarButtonState() {
+    constexpr char kFunction[] = "SetToolbarButtonState";
+    if (gApp.toolbar == nullptr) return;
+    const CommandContext context = CurrentCommandContext();
+    const bool busy = CommandsRefused();
+    WaitForSingleObject(gApp.buttonMutex, INFINITE);
+    for (const Slot& slot : kSlots) {
+        if (slot.command == kSeparator) continue;
+        const auto command = static_cast<unsigned>(slot.command);
+        const bool enable = CommandIsAvailable(command) && ToolbarButtonEnabled(command, context, busy);
+        const bool isEnabled = SendMessageW(gApp.toolbar, TB_ISBUTTONENABLED, command, 0) != 0;
+        if (enable == isEnabled) continue;
+        if (SendMessageW(gApp.toolbar, TB_ENABLEBUTTON, command, MAKELPARAM(enable, 0)) == 0) {
+            const DWORD error = GetLastError();
+            DbgVsprintf(kFunction, "Unable to Enable:%d Button:%d for hWnd:%x. Err:%d:%s", enable, slot.command,
+                        static_cast<unsigned>(reinterpret_cast<std::uintptr_t>(gApp.toolbar)), static_cast<int>(error),
+                        GetErrorText(error).c_str());
+        }
+    }
+    ReleaseMutex(gApp.buttonMutex);
+}

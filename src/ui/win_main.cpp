@@ -1,0 +1,162 @@
+// The program's entry: start-up in its order, the message loop, shut-down.
+#include <windows.h>
+#include <commctrl.h>
+#include <ole2.h>
+
+#include "config/defaults_store.h"
+#include "config/settings.h"
+#include "foundation/catalogue.h"
+#include "foundation/foundation_view.h"
+#include "foundation/log_file.h"
+#include "foundation/message_ids.h"
+#include "foundation/trace.h"
+#include "ftp/error_texts.h"
+#include "ftp/login.h"
+#include "ftp/session_state.h"
+#include "platform/sockets.h"
+#include "platform/system.h"
+#include "resources/resource.h"
+#include "transfer/progress_dialog.h"
+#include "ui/app.h"
+#include "ui/command_line.h"
+#include "ui/help.h"
+#include "ui/main_window.h"
+#include "ui/splitter.h"
+#include "ui/tree_pane.h"
+#include "ui/ui_calls.h"
+#include "ui/views.h"
+#include "ui/wide_text.h"
+
+namespace {
+
+constexpr char kFunction[] = "WinMain";
+constexpr std::size_t kShortNameLength = 20;
+constexpr std::size_t kLongNameLength = 40;
+
+void ShowStartupError(unsigned messageId) {
+    ShowMessageBox(CatalogueText(messageId).c_str(), gApp.longName.c_str(), BoxButtons::Ok, BoxIcon::Stop);
+}
+
+bool StartNetwork(std::string& library) {
+    const int error = platform::StartSockets(library);
+    if (error == 0) return true;
+    const OwnedText text = GetWsaErrorText(error);
+    DbgVsprintf(kFunction, "(%s) call to WSAStartup() Failed.\n\tErr:%d:%s", kFunction, error, text.c_str());
+    std::string caption = CatalogueText(MSG_LONG_PRODUCT_NAME);
+    if (caption.empty()) caption = "ZARN - WSAStartup";
+    ShowMessageBox(text.c_str(), caption.c_str(), BoxButtons::Ok, BoxIcon::Stop);
+    return false;
+}
+
+void LoadNames() {
+    gApp.shortName = CatalogueText(MSG_SHORT_PRODUCT_NAME).substr(0, kShortNameLength);
+    gApp.longName = CatalogueText(MSG_LONG_PRODUCT_NAME).substr(0, kLongNameLength);
+}
+
+void ApplyTraceSettings() {
+    SetLogFileName(gZarn.LOGFILE.c_str());
+    gTrace.logging = gZarn.LOGGING != 0;
+    gTrace.verbose = gZarn.VERBOSE != 0;
+}
+
+bool CreateWindows() {
+    if (!RegisterMainWindowClass()) {
+        ShowStartupError(MSG_REGISTER_CLASS_FAILED);
+        return false;
+    }
+    LoadConfiguration();
+    ApplyTraceSettings();
+    INITCOMMONCONTROLSEX controls{sizeof(controls), ICC_WIN95_CLASSES};
+    InitCommonControlsEx(&controls);
+    gApp.mainWindow = CreateTheMainWindow();
+    if (gApp.mainWindow == nullptr) {
+        ShowStartupError(MSG_CREATE_WINDOW_FAILED);
+        return false;
+    }
+    StartUiCalls(gApp.mainWindow);
+    TVobject* last = FillTreePane(gZarn.SESSION.c_str());
+    if (last != nullptr) SelectNode(last);
+    return true;
+}
+
+// A window that is shown for files on the command line stays hidden.
+void ShowTheWindow(int show) {
+    if (gApp.commandLineFileCount > 0) {
+        show = SW_HIDE;
+    } else if (gZarn.bMaximized != 0) {
+        show = SW_SHOWMAXIMIZED;
+    }
+    Zarn_NewSize(gApp.mainWindow);
+    ShowWindow(gApp.mainWindow, show);
+    UpdateWindow(gApp.mainWindow);
+}
+
+// Escape stops a running operation; the command has no place in menus and toolbar.
+bool IsAbortKey(const MSG& message) {
+    return message.message == WM_KEYDOWN && message.wParam == VK_ESCAPE && OperationRunning();
+}
+
+int RunMessageLoop(HACCEL accelerators) {
+    MSG message{};
+    while (GetMessageW(&message, nullptr, 0, 0) > 0) {
+        HWND transfer = reinterpret_cast<HWND>(TransferDialogWindow());
+        if (transfer != nullptr && IsDialogMessageW(transfer, &message)) continue;
+        if (IsAbortKey(message)) {
+            PostMessageW(gApp.mainWindow, WM_COMMAND, IDM_ABORT, 0);
+            continue;
+        }
+        // While a label is edited its keys belong to the edit field.
+        const bool editing = TreeView_GetEditControl(TreeWindow()) != nullptr;
+        if (!editing && accelerators != nullptr && TranslateAcceleratorW(gApp.mainWindow, accelerators, &message)) continue;
+        TranslateMessage(&message);
+        DispatchMessageW(&message);
+    }
+    return static_cast<int>(message.wParam);
+}
+
+int RunProgram(const std::string& commandLine, int show) {
+    const std::string program = platform::ProgramPath();
+    gApp.helpFile = HelpFileFor(program);
+    if (gApp.helpFile.empty()) return 0;
+    if (WantsDebugTrace(commandLine)) gTrace.debug = true;
+    InstallViews();
+    std::string library;
+    if (!StartNetwork(library)) return 0;
+    LoadNames();
+    const CommandLineFiles files = FilesInArgv(WithoutDebugSwitch(commandLine));
+    gApp.commandLineFiles = files.names;
+    gApp.commandLineFileCount = files.count;
+    // A machine whose name does not resolve still starts: the first control connection supplies the address.
+    if (!GetLocalInfo(library.c_str())) DbgVsprintf(kFunction, "Call to GetLocalInfo() Ffailed. Returing FALSE");
+    int exitCode = 0;
+    if (CreateWindows()) {
+        ShowTheWindow(show);
+        HACCEL accelerators = LoadAcceleratorsW(gApp.instance, L"Zarn_Accelerator");
+        if (accelerators == nullptr) ShowStartupError(MSG_NO_ACCELERATORS);
+        if (gApp.commandLineFileCount > 0) {
+            PostMessageW(gApp.mainWindow, WM_COMMAND, IDM_LOGIN_SEND, 0);
+        } else if (gZarn.AUTOSTART != 0) {
+            PostMessageW(gApp.mainWindow, WM_COMMAND, IDM_CONNECT, 0);
+        }
+        SetFocus(TreeWindow());
+        RefreshWindowState();
+        exitCode = RunMessageLoop(accelerators);
+    }
+    platform::StopSockets();
+    UnregisterClassW(Wide(gApp.shortName).c_str(), gApp.instance);
+    return exitCode;
+}
+
+}  // namespace
+
+int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, PWSTR commandLine, int show) {
+    gApp.instance = instance;
+    OpenLogMutex();
+    gApp.buttonMutex = CreateMutexW(nullptr, FALSE, L"BtnStateMutex");
+    const int exitCode = RunProgram(Narrow(commandLine), show);
+    DbgVsprintf(kFunction, "After Message Loop. Doing Cleanup");
+    CloseHandle(gApp.buttonMutex);
+    CloseLogMutex();
+    CloseLogfile();
+    return exitCode;
+}
