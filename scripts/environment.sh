@@ -145,7 +145,9 @@ ensure_prefix() {
 
 start_xvfb() {
   local output number=
-  exec {output}< <(exec Xvfb -displayfd 1 -screen 0 1280x900x24 -nolisten tcp -noreset 2>"$ZARN_BUILD/xvfb.log" </dev/null)
+  exec {output}< <(
+    exec Xvfb -displayfd 1 -screen 0 1280x900x24 -nolisten tcp -noreset 2>"$ZARN_BUILD/xvfb.log" </dev/null
+  )
   xvfb_pid=$!
   read -r -t 30 -u "$output" number || true
   exec {output}<&-
