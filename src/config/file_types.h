@@ -1,6 +1,6 @@
 // File types by extension: description, icon and transfer mode, taken from the user's mode map, else from the shell's
 // classes, else from built-in texts. One list for the process, built as names are met; used by the window's thread and
-// by the worker, so it has a lock of its own. Types live until FreeFileTypes.
+// by the worker, so it has a lock of its own. Types live, unchanged but for their icons, until FreeFileTypes.
 #pragma once
 
 #include <cstdint>
@@ -13,9 +13,13 @@ struct FTobject {
     OwnedText pszType;         // upper-cased extension with its dot; "File Folder" for folders
     OwnedText pszDescription;  // shown in the Type column
     OwnedText pszIconInfo;     // "path,number" as registered, or null
-    std::uint16_t iIcon = 0;   // index in both image lists
+    // Index in both image lists. Only IconOf touches these two, because icons belong to the window's thread while types
+    // are made on the worker, too.
+    mutable std::uint16_t iIcon = 0;
+    mutable bool iconKnown = false;
     char TransferMode[2] = {'A', '\0'};
     bool bFromModeMap = false;
+    bool isFolder = false;
     FTobject* pNext = nullptr;
     FTobject* pPrev = nullptr;
 };
@@ -24,31 +28,35 @@ struct FTobject {
 char GetTransferMode(const char* fileName);
 // The type of an extension already in the list, or null. Case does not matter.
 FTobject* LookupFileType(std::string_view extension);
-// The object of that name, new at the head of the list if need be.
+// The object of that name, new at the head of the list if need be; null when memory is short.
 FTobject* InsertFileType(OwnedText extension);
 // Builds the type from the mode map or the shell's classes; null when neither describes it.
 FTobject* AddFileType(std::string_view extension);
 // Builds the type from the built-in descriptions; null for an extension that is only a dot.
 FTobject* GetDefaultType(std::string_view extension);
 FTobject* AddFolderType();
-// The type of an entry: the folder type, the type of its extension (from the last dot on when `lastDot`), or the type
-// of names without one. Never null, never slow: what is not registered is remembered.
+// The type of an entry: the folder type, the type of its extension (from the last dot on: what users take for it), or
+// the type of names without one. Null only when memory is short. What is registered is looked up once for all, so an
+// unknown extension costs no system call; a class registered while the program runs is not seen. After
+// kMostUnknownTypes of them, further unknown extensions share the type of names without one.
 FTobject* FileTypeOf(std::string_view name, bool isFolder);
+inline constexpr int kMostUnknownTypes = 4096;
+// Lets FileTypeOf look at the registrations of an extension that was given some just now.
+void RememberExtension(std::string_view extension);
 int GetFileTypeCount();
+// Frees a type that is in no list; null is accepted.
+void Zarn_FreeFileType(FTobject* type);
+// Ends every type, so only when no entry points at one any more.
 void FreeFileTypes();
 
-// Values of the mode map for one extension.
-bool GetZarnMapMode(std::string_view extension, char& mode);
-std::string GetZarnMapDescription(std::string_view extension);
-std::string GetZarnIconInfo(std::string_view extension);
-// "DefaultIcon" of the extension's shell class.
-std::string GetRootIconInfo(std::string_view extension);
-
-// The icon index for an icon location; filled in by the window floor, generic icon (0) until then. Called once a type.
+// Where icons come from; filled in by the window floor. Called on the window's thread, at most once a type.
 struct IconView {
-    std::uint16_t (*indexOf)(const char* iconInfo) = nullptr;
+    std::uint16_t (*indexOf)(const char* iconInfo) = nullptr;  // the generic icon's index on failure
     std::uint16_t (*folderIndex)() = nullptr;
 };
 extern IconView gIconView;
+inline constexpr std::uint16_t kGenericFileIcon = 0;  // the first icon of both image lists
+// The type's index in both image lists. The window's thread only.
+std::uint16_t IconOf(const FTobject* type);
 // Splits an icon location into path and number as the shell writes it; false when there is no path to read.
 bool ParseIconInfo(std::string_view iconInfo, std::string& path, int& number);

@@ -1,0 +1,147 @@
+#include "config/icon_lookup_window.h"
+
+#include <shellapi.h>
+
+#include <string>
+
+#include "config/file_types.h"
+#include "foundation/foundation_view.h"
+#include "foundation/trace.h"
+#include "platform/system.h"
+
+EntryIcons gEntryIcons;
+
+namespace {
+
+constexpr int kFirstRoom = 32;
+constexpr int kMoreRoom = 32;
+
+HIMAGELIST gLargeList = nullptr;
+HIMAGELIST gSmallList = nullptr;
+
+struct OwnIcon {
+    const char* resource;
+    std::uint16_t EntryIcons::*index;
+    const char* failure;
+};
+// The generic icon first: its index is kGenericFileIcon.
+constexpr OwnIcon kOwnIcons[] = {
+    {"IDI_FILE", &EntryIcons::file, "Zarn was unable to add a Generic File Icon to the ListView Imagelist!"},
+    {"IDI_LINK", &EntryIcons::link, "Zarn was unable to add a Symlink Icon to the ListView Imagelist!"},
+    {"IDI_DEVICE", &EntryIcons::device, "Zarn was unable to add a Device File Icon to the ListView Imagelist!"},
+    {"IDI_PIPE", &EntryIcons::pipe, "Zarn was unable to add a Fifo File Icon to the ListView Imagelist!"},
+    {"IDI_FOLDER", &EntryIcons::folder, "Zarn was unable to add a Folder Icon to the ListView Imagelist!"},
+};
+
+HIMAGELIST CreateList(int widthMetric, int heightMetric) {
+    return ::ImageList_Create(::GetSystemMetrics(widthMetric), ::GetSystemMetrics(heightMetric), ILC_COLOR32 | ILC_MASK,
+                              kFirstRoom, kMoreRoom);
+}
+
+HICON LoadOwnIcon(HINSTANCE resources, const char* name, int widthMetric, int heightMetric) {
+    return static_cast<HICON>(::LoadImageA(resources, name, IMAGE_ICON, ::GetSystemMetrics(widthMetric),
+                                           ::GetSystemMetrics(heightMetric), LR_DEFAULTCOLOR));
+}
+
+bool AddOwnIcon(HINSTANCE resources, const OwnIcon& own) {
+    IconPair icons{LoadOwnIcon(resources, own.resource, SM_CXICON, SM_CYICON),
+                   LoadOwnIcon(resources, own.resource, SM_CXSMICON, SM_CYSMICON)};
+    const int index = AddIconToImageList(icons);
+    DestroyIcons(icons);
+    gEntryIcons.*own.index = index >= 0 ? static_cast<std::uint16_t>(index) : kGenericFileIcon;
+    if (index < 0) ShowMessageBox(own.failure, nullptr, BoxButtons::Ok, BoxIcon::Exclamation);
+    return index >= 0;
+}
+
+std::uint16_t IndexOfIconInfo(const char* iconInfo) {
+    IconPair icons = GetIconFromIconInfo(iconInfo);
+    const int index = icons.large != nullptr || icons.small != nullptr ? AddIconToImageList(icons) : -1;
+    DestroyIcons(icons);
+    if (index >= 0 && index <= UINT16_MAX) return static_cast<std::uint16_t>(index);
+    DbgVsprintf("AddFileType", "WARNING. Call to GetIconFromIconInfo(%s) Failed. Using Generic Icon", iconInfo);
+    return kGenericFileIcon;
+}
+
+std::uint16_t FolderIndex() {
+    return gEntryIcons.folder;
+}
+
+// Locations may name folders of the system as "%SystemRoot%".
+std::wstring ExpandedPath(const std::string& path) {
+    const std::u16string wide = platform::Utf8ToWide(path);
+    const std::wstring source(wide.begin(), wide.end());
+    wchar_t expanded[MAX_PATH * 2] = {};
+    const DWORD length = ::ExpandEnvironmentStringsW(source.c_str(), expanded, MAX_PATH * 2);
+    return length == 0 || length > MAX_PATH * 2 ? source : std::wstring(expanded);
+}
+
+}  // namespace
+
+bool CreateIconLists(HINSTANCE resources) {
+    DestroyIconLists();
+    gLargeList = CreateList(SM_CXICON, SM_CYICON);
+    gSmallList = CreateList(SM_CXSMICON, SM_CYSMICON);
+    if (gLargeList == nullptr || gSmallList == nullptr) {
+        DestroyIconLists();
+        return false;
+    }
+    bool hasGenericIcon = false;
+    for (const OwnIcon& own : kOwnIcons) {
+        const bool added = AddOwnIcon(resources, own);
+        if (own.index == &EntryIcons::file) hasGenericIcon = added;
+    }
+    gIconView = {IndexOfIconInfo, FolderIndex};
+    return hasGenericIcon;
+}
+
+void DestroyIconLists() {
+    gIconView = {};
+    if (gLargeList != nullptr) ::ImageList_Destroy(gLargeList);
+    if (gSmallList != nullptr) ::ImageList_Destroy(gSmallList);
+    gLargeList = nullptr;
+    gSmallList = nullptr;
+    gEntryIcons = {};
+}
+
+HIMAGELIST LargeIconList() {
+    return gLargeList;
+}
+
+HIMAGELIST SmallIconList() {
+    return gSmallList;
+}
+
+IconPair GetIconFromIconInfo(const char* iconInfo) {
+    IconPair icons;
+    std::string path;
+    int number = 0;
+    if (iconInfo == nullptr || !ParseIconInfo(iconInfo, path, number)) return icons;
+    const UINT found = ::ExtractIconExW(ExpandedPath(path).c_str(), number, &icons.large, &icons.small, 1);
+    if (found == UINT_MAX || (icons.large == nullptr && icons.small == nullptr)) {
+        DbgVsprintf("GetIconFromIconInfo", "ERROR. No ICONS in %s. Returning NULL", path.c_str());
+        DestroyIcons(icons);
+    }
+    return icons;
+}
+
+void DestroyIcons(IconPair& icons) {
+    if (icons.large != nullptr) ::DestroyIcon(icons.large);
+    if (icons.small != nullptr) ::DestroyIcon(icons.small);
+    icons = {};
+}
+
+int AddIconToImageList(const IconPair& icons) {
+    // A file with one size only gives it to both lists, which scale it.
+    HICON const large = icons.large != nullptr ? icons.large : icons.small;
+    HICON const small = icons.small != nullptr ? icons.small : icons.large;
+    if (large == nullptr || gLargeList == nullptr || gSmallList == nullptr) return -1;
+    const int largeIndex = ::ImageList_AddIcon(gLargeList, large);
+    if (largeIndex < 0) return -1;
+    const int smallIndex = ::ImageList_AddIcon(gSmallList, small);
+    if (smallIndex == largeIndex) return largeIndex;
+    DbgVsprintf("AddIconToImageList", "ERROR. Image list are NOT syncronized, (%d != %d) Returing -1", largeIndex,
+                smallIndex);
+    ::ImageList_Remove(gLargeList, largeIndex);
+    if (smallIndex >= 0) ::ImageList_Remove(gSmallList, smallIndex);
+    return -1;
+}
