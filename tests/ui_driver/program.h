@@ -1,0 +1,82 @@
+// Drives the real program from outside, as a user would: starts it, reads its windows back, chooses commands, presses
+// keys, takes pictures. Runs on Windows and under Wine; every wait has a bound.
+#pragma once
+
+#include <windows.h>
+#include <commctrl.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+class Program {
+  public:
+    Program() = default;
+    ~Program();
+    Program(const Program&) = delete;
+    Program& operator=(const Program&) = delete;
+
+    // Starts Zarn32.exe (beside this program unless `path` is given) and waits for its main window.
+    bool Start(const std::wstring& arguments = L"", const std::wstring& path = L"");
+    // Asks the program to close; true when it ended in time with exit code 0.
+    bool Close(DWORD milliseconds = 10000);
+    bool Running() const;
+    DWORD ProcessId() const { return process_.dwProcessId; }
+
+    HWND Main() const { return main_; }
+    HWND Child(int id) const;
+    HWND Tree() const { return Child(606); }
+    HWND List() const { return Child(607); }
+    HWND Console() const { return Child(605); }
+    HWND StatusBar() const;
+    HWND Toolbar() const;
+
+    std::wstring Title() const;
+    std::wstring StatusPart(int part) const;
+    std::wstring ConsoleText() const;
+    void Command(unsigned id) const { PostMessageW(main_, WM_COMMAND, id, 0); }
+    bool ToolbarEnabled(unsigned id) const { return SendMessageW(Toolbar(), TB_ISBUTTONENABLED, id, 0) != 0; }
+
+    // The list pane. Texts by display column.
+    int ListCount() const { return static_cast<int>(SendMessageW(List(), LVM_GETITEMCOUNT, 0, 0)); }
+    std::wstring ListText(int item, int column = 0) const;
+    std::vector<std::wstring> ListNames() const;
+    int FindInList(const std::wstring& name) const;
+    int ListSelected() const { return static_cast<int>(SendMessageW(List(), LVM_GETSELECTEDCOUNT, 0, 0)); }
+    void SelectInList(int item, bool add = false) const;
+    void UnselectAll() const;
+    void FocusPane(HWND pane) const;
+    void PressKey(HWND window, WORD key) const;
+
+    // The tree pane.
+    HTREEITEM TreeNext(HTREEITEM item, UINT relation) const;
+    std::wstring TreeText(HTREEITEM item) const;
+    HTREEITEM TreeSelected() const { return TreeNext(nullptr, TVGN_CARET); }
+    // The item whose label is `text` below `parent` (null: top level), or null.
+    HTREEITEM FindInTree(HTREEITEM parent, const std::wstring& text) const;
+    void SelectInTree(HTREEITEM item) const;
+    void ExpandInTree(HTREEITEM item) const;
+
+    // A dialog of the program (class #32770) that is visible, or null; with `caption` only one so titled.
+    HWND Dialog(const std::wstring& caption = L"") const;
+    static std::wstring TextOf(HWND window);
+    static void PressButton(HWND dialog, int id) { PostMessageW(dialog, WM_COMMAND, static_cast<WPARAM>(id), 0); }
+
+    // True when the condition became true in time; the program dying ends the wait.
+    bool WaitFor(const std::function<bool()>& condition, DWORD milliseconds = 10000) const;
+    // Not busy: the window answers and its toolbar offers a view again.
+    bool WaitIdle(DWORD milliseconds = 15000) const;
+
+  private:
+    // A block in the program's own memory, for messages that carry structures.
+    void* Remote() const { return remote_; }
+    bool ReadRemote(std::size_t offset, void* to, std::size_t size) const;
+    bool WriteRemote(std::size_t offset, const void* from, std::size_t size) const;
+
+    PROCESS_INFORMATION process_{};
+    HWND main_ = nullptr;
+    void* remote_ = nullptr;
+};
+
+// A picture of the whole screen as a PNG (unix path); false when no tool for it is there.
+bool TakeScreenshot(const std::string& unixPath);
