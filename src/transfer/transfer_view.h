@@ -27,8 +27,7 @@ struct TransferView {
     void (*setCounters)(const char* text) = nullptr;
     void (*setMode)(char mode) = nullptr;   // checks one of the three radio buttons
     void (*setBar)(int position) = nullptr;  // 0..1000
-    ReplaceAnswer (*confirmReplace)(const char* name, ExistingFile kind, const std::string& path,
-                                    const TransferCounters& counters) = nullptr;
+    ReplaceAnswer (*confirmReplace)(const ReplaceQuestion& question) = nullptr;
     // Selected entries in list order; they stay alive while the operation runs.
     std::vector<const LVobject*> (*selectedEntries)() = nullptr;
     // The tree's selected node, or null.
