@@ -172,3 +172,16 @@ bool LoadColumnInfo(int count) {
     }
     return true;
 }
+
+void ApplySiteConnectionSettings(const char* siteName) {
+    DbgVsprintf("ApplySiteConnectionSettings", "Entered");
+    gZarn.port = gZarn.defaultPort;
+    gZarn.mode = gZarn.defaultMode;
+    const RegistryKey key = RegistryKey::Open(RegistryRoot::CurrentUser, StoreKeyPath(siteName));
+    if (!key.IsOpen()) return;
+    for (const PortValue& value : kPortValues) {
+        if (key.ReadNumber(value.name)) gZarn.port = ReadPort(key, true);
+    }
+    if (gZarn.port.ftpPort == 0) gZarn.port.ftpPort = gZarn.defaultPort.ftpPort;
+    if (key.ReadBytes("MODE", 1)) gZarn.mode = ReadMode(key);
+}

@@ -77,8 +77,8 @@ void ReportFailedWrite(const char* callerName, std::string_view valueName, int e
 void LoadConfiguration() {
     LoadDefaults();
     gZarn.SESSION = GetLastSession();
-    gZarn.port = LoadPortInfo("");
-    gZarn.mode = LoadModeInfo("");
+    gZarn.port = gZarn.defaultPort = LoadPortInfo("");
+    gZarn.mode = gZarn.defaultMode = LoadModeInfo("");
     ApplyLogSettings();
 }
 

@@ -43,6 +43,9 @@ void SavePortInfo(const char* keyName, const PortInfo& port);
 ModeInfo LoadModeInfo(const char* keyName);
 ModeInfo LoadDefaultModeInfo();
 void SaveModeInfo(const char* keyName, const ModeInfo& mode);
+// Puts a site's own port and mode values in force before it is connected; a site whose key holds none of the one or
+// the other takes those of "Defaults", and so does a port that cannot be used.
+void ApplySiteConnectionSettings(const char* siteName);
 
 // Widths of the layout that gZarn.COLUMNS names; false for another layout. `widths` are pixels, first column first.
 bool SaveColumnInfo(const std::int32_t* widths, int count);

@@ -51,8 +51,10 @@ struct ZarnSettings {
     std::uint32_t LOGGING = 0;
     std::string SESSION;  // name of the last session used
 
-    PortInfo port;
+    PortInfo port;  // in force: the connected site's own, else the defaults
     ModeInfo mode;
+    PortInfo defaultPort;  // as "Defaults" holds them
+    ModeInfo defaultMode;
     UiStyle uiStyle = UiStyle::Details;
     std::int32_t iColumnLengths[kMostColumns] = {};  // pixels; 0 for a column never measured
 };

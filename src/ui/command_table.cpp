@@ -48,6 +48,8 @@ void OnConnect(HWND, UINT) {
     Site* site = SelectedSite();
     if (site == nullptr) return;
     gSession.activeSite = site;
+    ApplySiteConnectionSettings(site->pszSessionName.c_str());
+    SetLastSession(site->pszSessionName.c_str());
     StartWorker("Zarn_IdmConnect", [site] { Zarn_IdmConnect(site); });
     Zarn_SetMainWindowText();
 }
@@ -135,8 +137,8 @@ void OnSaveConfiguration(HWND, UINT) {
     Site* site = SelectedSite();
     if (site != nullptr) SaveSiteInfo(site);
     SaveShownColumns();
-    SavePortInfo("", gZarn.port);
-    SaveModeInfo("", gZarn.mode);
+    SavePortInfo("", gZarn.defaultPort);
+    SaveModeInfo("", gZarn.defaultMode);
     SaveDefaults();
 }
 

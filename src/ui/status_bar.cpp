@@ -196,7 +196,7 @@ void Zarn_ToggleStatus(int part) {
             break;
         case kPartType:
             // The next transfer of this type sends the matching TYPE command.
-            gZarn.mode.mode = NextTransferType(gZarn.mode.mode);
+            gZarn.mode.mode = gZarn.defaultMode.mode = NextTransferType(gZarn.mode.mode);
             if (gZarn.mode.mode == 'L') {
                 DbgVsprintf(kFunction, "TYPE L 8");
             } else {

@@ -53,19 +53,13 @@ void LoadNames() {
     gApp.longName = CatalogueText(MSG_LONG_PRODUCT_NAME).substr(0, kLongNameLength);
 }
 
-void ApplyTraceSettings() {
-    SetLogFileName(gZarn.LOGFILE.c_str());
-    gTrace.logging = gZarn.LOGGING != 0;
-    gTrace.verbose = gZarn.VERBOSE != 0;
-}
-
 bool CreateWindows() {
     if (!RegisterMainWindowClass()) {
         ShowStartupError(MSG_REGISTER_CLASS_FAILED);
         return false;
     }
     LoadConfiguration();
-    ApplyTraceSettings();
+    gTrace.verbose = gZarn.VERBOSE != 0;
     INITCOMMONCONTROLSEX controls{sizeof(controls), ICC_WIN95_CLASSES};
     InitCommonControlsEx(&controls);
     gApp.mainWindow = CreateTheMainWindow();
