@@ -3,6 +3,8 @@
 
 #include <cstdint>
 #include <memory>
+#include <string>
+#include <string_view>
 
 #include "config/file_types.h"
 #include "foundation/file_time.h"
@@ -38,20 +40,20 @@ struct LVobject {
     OwnedText dateText;
     std::uint32_t type = kKindUnclassified;
     std::uint32_t links = 0;
-    std::uint32_t size = 0;                // bytes; 4 GiB and more cannot be shown
-    const FTobject* fileType = nullptr;    // not owned
-    FileTime time = 0;                     // modification, local time
-    SymLinkItem* link = nullptr;           // owned; meaningful for links only
-    TVobject* node = nullptr;              // not owned: a folder's own node, else the node of the listed folder
+    std::uint32_t size = 0;              // bytes; 4 GiB and more cannot be shown
+    const FTobject* fileType = nullptr;  // not owned
+    FileTime time = 0;                   // modification, local time
+    SymLinkItem* link = nullptr;         // owned; meaningful for links only
+    TVobject* node = nullptr;            // not owned: a folder's own node, else the node of the listed folder
 };
 
 // A resolved link.
 struct SymLinkItem {
     std::uint32_t hops = 0;
-    OwnedText chain;         // link texts met, joined by " : "
-    OwnedText linkFolder;    // folder of the current link
-    OwnedText pszLinkPath;   // target as written
-    OwnedText pszLinkedName; // its last component
+    OwnedText chain;          // link texts met, joined by " : "
+    OwnedText linkFolder;     // folder of the current link
+    OwnedText pszLinkPath;    // target as written
+    OwnedText pszLinkedName;  // its last component
     OwnedText targetFolder;
     LVobject* object = nullptr;  // owned: the target
 };
@@ -82,4 +84,7 @@ void ClearLVobject(LVobject* entry);
 OwnedText Zarn_GetColumnSizeText(std::uint32_t size);
 // The name without " -> target" for a link, the whole name otherwise.
 std::string_view EntryName(const LVobject& entry);
+// A remote name as the windows and the console show it: DisplayName, control characters as "?". The record keeps the
+// bytes that the server sent, because commands need them.
+std::string ShownName(std::string_view remoteName);
 bool IsFolderKind(std::uint32_t type);

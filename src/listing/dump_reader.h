@@ -13,6 +13,9 @@ inline constexpr std::size_t kLongestListingLine = 16384;
 
 class DumpReader {
   public:
+    DumpReader() = default;
+    DumpReader(const DumpReader&) = delete;
+    DumpReader& operator=(const DumpReader&) = delete;
     ~DumpReader();
     // False when the file cannot be opened (reported).
     bool Open(const char* traceContext, const char* fileName);
@@ -20,15 +23,21 @@ class DumpReader {
     // always. False at the end. The view lives until the next call.
     bool NextLine(std::string_view& line);
     std::uint64_t FileSize() const { return fileSize_; }
+    std::uint64_t BytesRead() const { return bytesRead_; }
+    // Closes the file early, so that it can be deleted.
+    void Close();
 
   private:
     bool FillBlock();
+    bool NextRawLine(std::string_view& line);
 
     platform::FileHandle file_ = platform::kNoFile;
     std::uint64_t fileSize_ = 0;
+    std::uint64_t bytesRead_ = 0;
     std::vector<char> block_;
     std::size_t blockLength_ = 0;
-    std::size_t position_ = 0;
-    std::size_t carried_ = 0;  // bytes of an unfinished line kept at the block's start
+    std::size_t position_ = 0;     // of the next line in the block
+    bool skipLineFeed_ = false;    // the last line ended with CR: a line feed behind it belongs to it
+    bool insideLongLine_ = false;  // a line was handed out cut, its rest is still to come
     bool first_ = true;
 };

@@ -9,8 +9,8 @@
 int LV_ListDirectory(TVobject* node);
 // Shows what the dump file holds; one console line tells how many lines could not be read.
 int LV_ParseObjects(TVobject* node);
-// The road of a change of folder: busy flag, CWD when needed, listing, titles. The result of LV_ListDirectory, 0 when the
-// change itself failed.
+// The road of a change of folder: busy flag, CWD when needed, listing, titles. The result of LV_ListDirectory, 0 when
+// the change itself failed.
 int LV_ChangeDir(TVobject* node);
 // Changes the remote directory for a node before it is listed.
 bool TV_PreSelect(TVobject* node);

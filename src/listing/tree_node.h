@@ -1,6 +1,6 @@
 // One node of the tree as plain data: what it is, what stands below it, which site it belongs to. Its item in the tree
-// control is an opaque number; drawing and selecting belong to the windows. A node owns its children and, at a site, the
-// site.
+// control is an opaque number; drawing and selecting belong to the windows. A node owns its children and, at a site,
+// the site.
 #pragma once
 
 #include <cstdint>

@@ -52,6 +52,8 @@ bool GetFileSize(FileHandle file, std::uint64_t& size);
 bool SetFileWriteTime(FileHandle file, std::uint64_t localTime);
 
 bool DeleteFilePath(const char* path);
+// Takes the attributes read-only, hidden and system from a file, so that it can be replaced.
+bool MakeWritable(const char* path);
 // Renames; with `replace` an existing target file is replaced in one step, else it fails with 183 (exists).
 bool MoveFilePath(const char* from, const char* to, bool replace);
 bool GetFileInfo(const char* path, FileInfo& info);

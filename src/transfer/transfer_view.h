@@ -1,5 +1,5 @@
-// What a transfer asks of the windows: the progress dialog's texts and bar, the selection, the question before a file is
-// replaced. Called from the worker; the windows carry each call to their own thread.
+// What a transfer asks of the windows: the progress dialog's texts and bar, the selection, the question before a file
+// is replaced. Called from the worker; the windows carry each call to their own thread.
 #pragma once
 
 #include <cstdint>
@@ -25,7 +25,7 @@ struct TransferView {
     void (*setDestination)(const char* text) = nullptr;
     void (*setBytes)(const char* text) = nullptr;
     void (*setCounters)(const char* text) = nullptr;
-    void (*setMode)(char mode) = nullptr;   // checks one of the three radio buttons
+    void (*setMode)(char mode) = nullptr;    // checks one of the three radio buttons
     void (*setBar)(int position) = nullptr;  // 0..1000
     ReplaceAnswer (*confirmReplace)(const ReplaceQuestion& question) = nullptr;
     // Selected entries in list order; they stay alive while the operation runs.

@@ -1,0 +1,90 @@
+#include "listing/line_parser.h"
+
+#include <string>
+
+#include "config/host_types.h"
+#include "foundation/trace.h"
+#include "listing/line_tokens.h"
+#include "listing/nt_parser.h"
+#include "listing/unix_parser.h"
+
+namespace {
+
+constexpr char kName[] = "FtpParseLine";
+
+// The style of a Windows NT server's listing; false when the line tells none.
+bool DecideStyle(std::string_view line, ListingStyle& style) {
+    if (line.empty()) return false;
+    const bool isNt = IsDigit(line.front());
+    constexpr std::string_view kFirst = "-dlcb";
+    constexpr std::string_view kSecond = "-rwx";
+    const bool isUnix = line.size() > 1 && kFirst.find(line[0]) != std::string_view::npos &&
+                        kSecond.find(line[1]) != std::string_view::npos;
+    if (!isNt && !isUnix) return false;
+    style.decided = true;
+    style.isUnix = isUnix;
+    return true;
+}
+
+void TraceBadLine(std::string_view line) {
+    if (!gTrace.Any()) return;
+    DbgVsprintf(kName, "ERROR. BAD Line was read!!!!\n(%s)\n", std::string(line.substr(0, kTextBuffer)).c_str());
+}
+
+bool ParseNtServerLine(std::uint32_t lineNumber, std::string_view line, ListingStyle& style, LVobject* entry) {
+    if (lineNumber == 1) style = ListingStyle();
+    // A line that told nothing leaves the choice to the next one.
+    if (!style.decided && !DecideStyle(line, style)) {
+        TraceBadLine(line);
+        return false;
+    }
+    return style.isUnix ? BuildItemFromUnixStr(line, entry) : BuildItemFromNTStr(line, entry, HOST_TYPE_WINDOWS_NT);
+}
+
+// Drops an inode or block-count column.
+std::string_view SkipLeadingNumbers(std::string_view line) {
+    std::size_t position = 0;
+    while (position < line.size() && (IsDigit(line[position]) || IsBlank(line[position]))) ++position;
+    return line.substr(position);
+}
+
+bool ParseByHostType(std::uint32_t lineNumber, std::uint32_t hostType, std::string_view line, ListingStyle& style,
+                     LVobject* entry) {
+    if (hostType == HOST_TYPE_WINDOWS_NT) return ParseNtServerLine(lineNumber, line, style, entry);
+    if (hostType == HOST_TYPE_LOCAL) return BuildItemFromNTStr(line, entry, HOST_TYPE_LOCAL);
+    return BuildItemFromUnixStr(SkipLeadingNumbers(line), entry);
+}
+
+void Count(const LVobject& entry, ListingCounters& counters) {
+    switch (entry.type) {
+        case kKindSiteRoot:
+        case kKindFolder:
+        case kKindLocalFolder:
+            ++counters.folders;
+            break;
+        case kKindLink:
+            ++counters.links;
+            break;
+        case kKindFile:
+        case kKindLocalFile:
+            ++counters.files;
+            break;
+        default:
+            ++counters.files;
+            return;
+    }
+    counters.bytes += entry.size;
+}
+
+}  // namespace
+
+LVobjectPtr FtpParseLine(std::uint32_t lineNumber, std::uint32_t hostType, std::string_view line, ListingStyle& style,
+                         ListingCounters& counters) {
+    LVobjectPtr entry(AllocateLVobject(nullptr));
+    if (!entry || !ParseByHostType(lineNumber, hostType, line, style, entry.get())) return nullptr;
+    const std::uint32_t type = entry->type;
+    entry->fileType =
+        FileTypeOf(EntryName(*entry), type == kKindSiteRoot || type == kKindFolder || type == kKindLocalFolder);
+    Count(*entry, counters);
+    return entry;
+}

@@ -1,0 +1,258 @@
+#include "listing/listing_driver.h"
+
+#include <string>
+#include <utility>
+
+#include "config/host_types.h"
+#include "foundation/catalogue.h"
+#include "foundation/message_ids.h"
+#include "foundation/trace.h"
+#include "ftp/dump_file.h"
+#include "ftp/remote_commands.h"
+#include "ftp/result_codes.h"
+#include "ftp/session_state.h"
+#include "ftp/session_view.h"
+#include "listing/dump_reader.h"
+#include "listing/line_parser.h"
+#include "listing/listing_view.h"
+
+ListingView gListingView;
+
+namespace {
+
+// The first entries are shown at once, the rest in large batches.
+constexpr std::size_t kFirstBatch = 200;
+// Bytes of a listing that are read: about two million entries, which is what a 32-bit program can hold.
+constexpr std::uint64_t kLongestListing = 160u << 20;
+
+unsigned Address(const void* pointer) {
+    return static_cast<unsigned>(reinterpret_cast<std::uintptr_t>(pointer));
+}
+
+void ShowStatus(const char* text) {
+    if (gSessionView.setStatusText != nullptr) gSessionView.setStatusText(text);
+}
+
+void RefreshWindow() {
+    if (gSessionView.refreshWindow != nullptr) gSessionView.refreshWindow();
+}
+
+// Marks a listing as being parsed until the object goes.
+class ParsingMark {
+  public:
+    ParsingMark() { gSession.parsing = true; }
+    ~ParsingMark() { gSession.parsing = false; }
+    ParsingMark(const ParsingMark&) = delete;
+    ParsingMark& operator=(const ParsingMark&) = delete;
+};
+
+bool IsOwnOrParentFolder(const LVobject& entry) {
+    const std::string_view name = entry.name.view();
+    return name == "." || name == "..";
+}
+
+// Turns lines into entries and hands them over in batches.
+class ListingRun {
+  public:
+    ListingRun(TVobject* node, std::uint32_t hostType) : node_(node), hostType_(hostType) {}
+
+    void Take(std::string_view line) {
+        LVobjectPtr entry = FtpParseLine(++lineNumber_, hostType_, line, style_, counters_);
+        if (!entry) {
+            ++unreadable_;
+            return;
+        }
+        if (entry->name.empty() || IsOwnOrParentFolder(*entry)) return;
+        entry->node = node_;
+        batch_.push_back(std::move(entry));
+        if (batch_.size() >= batchSize_) HandOver();
+    }
+
+    void HandOver() {
+        node_->folders = counters_.folders;
+        node_->files = counters_.files;
+        node_->links = counters_.links;
+        node_->bytes = counters_.bytes;
+        if (batch_.empty()) return;
+        batchSize_ = kListingBatch;
+        std::vector<LVobjectPtr> full;
+        full.swap(batch_);
+        if (gListingView.addEntries != nullptr) gListingView.addEntries(node_, std::move(full));
+        batch_.reserve(kListingBatch);
+    }
+
+    int Unreadable() const { return unreadable_; }
+
+  private:
+    TVobject* node_;
+    std::uint32_t hostType_;
+    ListingStyle style_;
+    ListingCounters counters_;
+    std::vector<LVobjectPtr> batch_;
+    std::size_t batchSize_ = kFirstBatch;
+    std::uint32_t lineNumber_ = 0;
+    int unreadable_ = 0;
+};
+
+// Nobody has to be served between the lines: the window's thread is not this one.
+void ParseLines(DumpReader& reader, ListingRun& run) {
+    std::string_view line;
+    while (reader.NextLine(line)) {
+        if (reader.BytesRead() > kLongestListing) {
+            DoPrintIdArgs(MSG_LISTING_TOO_LONG, static_cast<unsigned>(kLongestListing));
+            break;
+        }
+        run.Take(line);
+        if (gSession.transferAbort.load(std::memory_order_relaxed)) break;
+    }
+    run.HandOver();
+}
+
+void EndListing(TVobject* node, int result) {
+    if (gListingView.end != nullptr) gListingView.end(node, result);
+    SetBusy(false);
+    SetConnecting(false);
+}
+
+int ParseDumpFile(TVobject* node, std::uint32_t hostType) {
+    constexpr char kName[] = "LV_ParseObjects";
+    const OwnedText path = TV_GetPath(node);
+    if (!path) {
+        DbgVsprintf(kName, "(ERROR) Call to TV_GetPath(%x) Failed.", Address(node));
+        return FTP_ERROR;
+    }
+    DumpReader reader;
+    if (!reader.Open(kName, ListingDumpFile())) {
+        DbgVsprintf(kName, "(ERROR) Failed to get Dumpfile Handle for %s! Returning -1", path.c_str());
+        return FTP_ERROR;
+    }
+    ShowStatus(CatalogueText(MSG_PARSING_LIST).c_str());
+    // The root of a Windows NT server keeps its children: they are its drives and folders that the server never lists.
+    const bool resetChildren = !(node->wObjType == kKindSiteRoot && hostType == HOST_TYPE_WINDOWS_NT);
+    if (gListingView.begin != nullptr) gListingView.begin(node, resetChildren);
+    node->folders = node->files = node->links = 0;
+    node->bytes = 0;
+
+    ListingRun run(node, hostType);
+    ParseLines(reader, run);
+    if (run.Unreadable() > 0) DoPrintIdArgs(MSG_LISTING_LINES_UNREADABLE, run.Unreadable());
+    EndListing(node, FTP_COMPLETE);
+    return FTP_COMPLETE;
+}
+
+bool SamePath(const OwnedText& a, const OwnedText& b) {
+    return a && b && a.view() == b.view();
+}
+
+// Changes to the node's folder when the session stands elsewhere.
+bool EnterFolder(Site* site, TVobject* node) {
+    constexpr char kName[] = "LV_ListDirectory";
+    const OwnedText path = TV_GetPath(node);
+    if (!path) {
+        DbgVsprintf(kName, "(ERROR) Call to TV_GetPath(%x) Failed.", Address(node));
+        return false;
+    }
+    if (SamePath(path, site->pszCurrentDir)) return true;
+    DbgVsprintf(kName, "Changing Directory to %s", path.c_str());
+    char reply[kReplySize] = "";
+    int result = 0;
+    return ChangeRemoteDirectory(site, path.c_str(), reply, &result, true);
+}
+
+// What a change of folder does before it lists; the result of the listing, or 0.
+int ChangeAndList(TVobject* node) {
+    constexpr char kName[] = "LV_ChangeDir";
+    Site* site = node != nullptr && !node->pszName.empty() ? TV_GetFtpSite(node) : nullptr;
+    const OwnedText path = site != nullptr ? TV_GetPath(node) : OwnedText();
+    if (path.empty()) return 0;
+    if (SamePath(path, site->pszCurrentDir)) {
+        DbgVsprintf(kName, "(%s) Didn't have to change dir!", path.c_str());
+        return LV_ListDirectory(node);
+    }
+    const std::string from = site->pszCurrentDir.c_str();
+    char reply[kReplySize] = "";
+    int result = 0;
+    if (!ChangeRemoteDirectory(site, path.c_str(), reply, &result, true)) return 0;
+    DbgVsprintf(kName, "( FROM %s TO %s ) HAD to change dir!", from.c_str(), path.c_str());
+    return LV_ListDirectory(node);
+}
+
+}  // namespace
+
+int LV_ListDirectory(TVobject* node) {
+    constexpr char kName[] = "LV_ListDirectory";
+    if (node == nullptr || node->pszName.empty()) return FTP_ERROR;
+    Site* site = TV_GetFtpSite(node);
+    if (site == nullptr) {
+        DbgVsprintf(kName, "ERROR. Call to TV_GetFtpSite() Failed. Returning FTP_ERROR");
+        return FTP_ERROR;
+    }
+    if (!site->bConnected) return FTP_NOTCONNECTED;
+    if (site->pszCurrentDir.empty() || !EnterFolder(site, node)) return FTP_ERROR;
+
+    char reply[kReplySize] = "";
+    const int result = DoDirList(site, "LIST", reply);
+    if (result != FTP_COMPLETE) {
+        // What came before the failure is not the folder: the list stays as it was.
+        DeleteListingDumpFile();
+        DoPrintIdArgs(MSG_DIR_LIST_RETURNED, static_cast<unsigned>(result));
+        return result;
+    }
+    if (!gSession.exiting) SetTransferAbort(false);
+    const ParsingMark mark;
+    return LV_ParseObjects(node);
+}
+
+int LV_ParseObjects(TVobject* node) {
+    if (node == nullptr || gSession.transferAbort) {
+        DbgVsprintf("LV_ParseObjects", "(ERROR) Bad Parameter passed in!");
+        DeleteListingDumpFile();
+        return FTP_ERROR;
+    }
+    const Site* site = TV_GetFtpSite(node);
+    const int result = ParseDumpFile(node, site != nullptr ? site->dwCurType : HOST_TYPE_LOCAL);
+    DeleteListingDumpFile();
+    return result;
+}
+
+int LV_ChangeDir(TVobject* node) {
+    constexpr char kName[] = "LV_ChangeDir";
+    const char* name = node != nullptr ? node->pszName.c_str() : "";
+    DbgVsprintf(kName, "(0x%x:%s) Entered", Address(node), name);
+    SetBusy(true);
+    RefreshWindow();
+    ShowStatus(CatalogueText(MSG_CHANGING_FOLDER).c_str());
+
+    const int result = ChangeAndList(node);
+    if (result != FTP_COMPLETE) {
+        DbgVsprintf(kName, "ERROR. Call to LV_ListDirectory(%x:%s) returned %d", Address(node), name, result);
+        SetBusy(false);
+        SetConnecting(false);
+        RefreshWindow();
+        ShowStatus(CatalogueText(MSG_CONNECTION_FAILED).c_str());
+    }
+    RefreshWindow();
+    ShowStatus("");
+    DbgVsprintf(kName, "Done. Returning %d", result);
+    return result;
+}
+
+bool TV_PreSelect(TVobject* node) {
+    constexpr char kName[] = "TV_PreSelect";
+    Site* site = node != nullptr ? TV_GetFtpSite(node) : nullptr;
+    const OwnedText path = site != nullptr ? TV_GetPath(node) : OwnedText();
+    if (path.empty()) return false;
+    if (SamePath(path, site->pszCurrentDir)) return true;
+    DbgVsprintf(kName, "Calling ChangeRemoteDirectory(%s)", path.c_str());
+    char reply[kReplySize] = "";
+    int result = 0;
+    if (ChangeRemoteDirectory(site, path.c_str(), reply, &result, true)) {
+        if (!SamePath(path, site->pszCurrentDir)) site->pszCurrentDir = OwnedText::Copy(path.view());
+        return true;
+    }
+    if (result == FTP_CLOSE || result == SOCKET_ERROR) {
+        DbgVsprintf(kName, "ERROR. Can't Send to FTP Server. Closing Connection");
+        if (gSessionView.postDisconnect != nullptr) gSessionView.postDisconnect(site);
+    }
+    return false;
+}

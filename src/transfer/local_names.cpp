@@ -1,0 +1,135 @@
+#include "transfer/local_names.h"
+
+#include <algorithm>
+#include <cstdio>
+
+#include "foundation/text_helpers.h"
+#include "platform/files.h"
+
+namespace {
+
+// Bytes of a name: what every file system takes, less the "~" that a device name gets in front.
+constexpr std::size_t kLongestName = 254;
+// An extension longer than this is not kept when a name is cut.
+constexpr std::size_t kLongestKeptExtension = 32;
+constexpr char kReplacement = '~';
+
+bool IsForbidden(char character) {
+    const auto code = static_cast<unsigned char>(character);
+    return code < 0x20 || code == 0x7F || std::string_view("/\\:<>\"|?*").find(character) != std::string_view::npos;
+}
+
+bool IsContinuation(char character) {
+    return (static_cast<unsigned char>(character) & 0xC0) == 0x80;
+}
+
+// Characters of several bytes that a user does not see or that turn the writing direction ("exe.txt" for "txt.exe").
+struct HiddenRange {
+    std::string_view first, last;
+};
+constexpr HiddenRange kHidden[] = {
+    {"\xC2\x80", "\xC2\x9F"},          // control characters
+    {"\xE2\x80\x8B", "\xE2\x80\x8F"},  // without width, direction marks
+    {"\xE2\x80\xA8", "\xE2\x80\xAE"},  // line separators, direction
+    {"\xE2\x81\xA6", "\xE2\x81\xA9"},  // direction
+};
+
+// Bytes of the hidden character that `text` begins with, or 0.
+std::size_t HiddenLength(std::string_view text) {
+    for (const HiddenRange& range : kHidden) {
+        const std::string_view front = text.substr(0, range.first.size());
+        if (front.size() == range.first.size() && front >= range.first && front <= range.last) return front.size();
+    }
+    return 0;
+}
+
+std::string ReplaceForbidden(std::string_view name) {
+    std::string result;
+    result.reserve(name.size());
+    while (!name.empty()) {
+        const std::size_t hidden = HiddenLength(name);
+        result += hidden > 0 || IsForbidden(name.front()) ? kReplacement : name.front();
+        name.remove_prefix(std::max<std::size_t>(hidden, 1));
+    }
+    return result;
+}
+
+// At most `longest` bytes without splitting a character.
+std::string_view CutWhole(std::string_view text, std::size_t longest) {
+    if (text.size() <= longest) return text;
+    while (longest > 0 && IsContinuation(text[longest])) --longest;
+    return text.substr(0, longest);
+}
+
+// Where the extension begins, with its dot; the length of the name when there is none.
+std::size_t ExtensionStart(std::string_view name) {
+    const std::size_t dot = name.rfind('.');
+    return dot == std::string_view::npos || dot == 0 ? name.size() : dot;
+}
+
+void StripDotsAndBlanks(std::string& name) {
+    StripTrailing(name, ". ");
+    if (name.empty()) name = kReplacement;
+}
+
+// The part that decides whether a name means a device: up to the first dot, without blanks before it.
+std::string DeviceStem(std::string_view name) {
+    std::string stem = AsciiLower(name.substr(0, name.find('.')));
+    StripTrailing(stem, " ");
+    return stem;
+}
+
+// "1" to "9" and, as the system takes them too, superscript one to three.
+bool IsPortNumber(std::string_view text) {
+    if (text.size() == 1) return text[0] >= '1' && text[0] <= '9';
+    return text == "\xC2\xB9" || text == "\xC2\xB2" || text == "\xC2\xB3";
+}
+
+}  // namespace
+
+bool IsDeviceName(std::string_view name) {
+    const std::string stem = DeviceStem(name);
+    for (const std::string_view device : {"con", "prn", "aux", "nul", "conin$", "conout$"}) {
+        if (stem == device) return true;
+    }
+    const std::string_view port = std::string_view(stem).substr(0, 3);
+    return (port == "com" || port == "lpt") && IsPortNumber(std::string_view(stem).substr(3));
+}
+
+std::string SafeLocalName(std::string_view remoteName) {
+    std::string name = ReplaceForbidden(DisplayName(remoteName));
+    StripDotsAndBlanks(name);
+    name = FitName(name, kLongestName);
+    if (IsDeviceName(name)) name.insert(name.begin(), kReplacement);
+    return name;
+}
+
+std::string FitName(std::string_view name, std::size_t longest) {
+    if (name.size() <= longest) return std::string(name);
+    std::string_view extension = name.substr(ExtensionStart(name));
+    if (extension.size() > kLongestKeptExtension || extension.size() >= longest) extension = {};
+    std::string fitted(CutWhole(name.substr(0, name.size() - extension.size()), longest - extension.size()));
+    fitted += extension;
+    StripDotsAndBlanks(fitted);
+    return fitted;
+}
+
+std::string ConvertCase(std::string_view name, int caseConversion) {
+    if (caseConversion == 1) return AsciiUpper(name);
+    if (caseConversion == 2) return AsciiLower(name);
+    return std::string(name);
+}
+
+std::string JoinLocalPath(std::string_view folder, std::string_view safeName) {
+    std::string path(folder);
+    if (!path.empty() && path.back() != '\\' && path.back() != '/') path += platform::kPathSeparator;
+    path += safeName;
+    return path.size() <= platform::kLongestPath ? path : std::string();
+}
+
+std::string NumberedName(std::string_view name, int number) {
+    char mark[24];
+    std::snprintf(mark, sizeof mark, " (%d)", number);
+    const std::size_t extension = ExtensionStart(name);
+    return std::string(name.substr(0, extension)) + mark + std::string(name.substr(extension));
+}
