@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 
+#include "foundation/file_time.h"
 #include "foundation/owned_text.h"
 
 inline constexpr std::uint32_t kNodeSiteRoot = 1;
@@ -18,6 +19,7 @@ struct TransferNode {
     OwnedText pszDestination;  // folder that receives it
     std::uint32_t NodeType = 0;
     std::uint32_t iSize = 0;  // bytes, as the listing said
+    FileTime time = 0;        // modification, as the listing said; 0 when unknown
     int iRetCode = 0;
 };
 

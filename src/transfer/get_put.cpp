@@ -142,7 +142,8 @@ bool FetchOnce(Site* site, TransferNode& node, const ReceiveTarget& target, char
 bool OpenTarget(TransferNode& node, const std::string& name, ReceiveTarget& target, std::atomic<bool>& abort) {
     while (true) {
         unsigned error = 0;
-        switch (OpenReceiveTarget(node.pszDestination.c_str(), name, gTransfer.replaceAll, target, error)) {
+        switch (OpenReceiveTarget(node.pszDestination.c_str(), name, gTransfer.replaceAll, target, error,
+                                  {node.iSize, node.time})) {
             case TargetResult::Ready:
                 return true;
             case TargetResult::Skipped:

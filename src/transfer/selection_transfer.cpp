@@ -118,6 +118,7 @@ void TransferFile(const LVobject& entry, const std::string& localStart, const st
         ++gTransfer.counters.failures;
         return;
     }
+    node->time = entry.time;
     DlgGetFile(node.get(), abort);
 }
 

@@ -133,6 +133,7 @@ TransferNodePtr MakeSubNode(const Folder& folder, const LVobject& entry, std::ui
     if (!node) return nullptr;
     node->NodeType = nodeType;
     node->iSize = entry.size;
+    node->time = entry.time;
     node->pszRemoteName = OwnedText::Copy(EntryName(entry));
     node->pszLocation = OwnedText::Copy(folder.path);
     return node->pszRemoteName && node->pszLocation ? std::move(node) : nullptr;
