@@ -20,6 +20,7 @@ struct TVobject {
     std::uint32_t files = 0;
     std::uint32_t links = 0;
     std::uint64_t bytes = 0;
+    bool listed = false;       // its folder was listed once: what stands below it is known
     std::uintptr_t hItem = 0;  // the control's item; 0 while the node stands in no control
     std::uint32_t wObjType = kKindUnclassified;
     TVobject* pTVparent = nullptr;

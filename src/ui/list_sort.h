@@ -17,7 +17,7 @@ int EffectiveColumn(int column, std::uint32_t layout);
 // Comparison of two entries by a column number of the layout (in the Windows layout 2 and up are raised by 4; above 7
 // everything is equal). <0, 0, >0.
 int CompareEntries(const LVobject& a, const LVobject& b, int column, std::uint32_t layout, bool descending);
-// A click on a logical column: direction and last column. Returns the column number to sort by.
+// A click on a logical column: settles its direction and makes it the last sorted one.
 void NoteColumnClick(SortState& state, int logicalColumn);
 // Stable order of the entries.
 void SortEntries(std::vector<LVobjectPtr>& entries, int column, std::uint32_t layout, bool descending);

@@ -35,10 +35,25 @@ bool InTreeView(const char* name);
 bool TV_GetItemText(HTREEITEM item, char (&text)[260]);
 TVobject* SelectedNode();
 void SelectNode(TVobject* node);
-// The site's node, its root directory node (made on demand from `directory`).
 TVobject* NodeOfSite(const Site* site);
+// The node of the directory below its site's root, with the levels that are missing. A directory that does not begin
+// with the separator is a root of its own.
+TVobject* Tv_AddInitDir(TVobject* siteNode, std::string_view directory);
+// Adds a top-level node that owns `site`; `position` is TVI_SORT (sites only), TVI_FIRST or TVI_LAST. Null on failure.
+TVobject* AddTopNode(SitePtr site, std::uint32_t kind, HTREEITEM position);
+// Closes the node; its children go.
 void CollapseAndReset(TVobject* node);
+void CollapseNode(TVobject* node);
+void ExpandNode(TVobject* node);
+// The children enter the control.
+void TV_InsertChildren(TVobject* node);
+// Puts children into the control that a listing added to an open node, and shows the node's name and button anew.
 void RefreshNode(TVobject* node);
+// The node stands below `ancestor`, or is it.
+bool IsNodeBelow(const TVobject* node, const TVobject* ancestor);
+// A folder that is being listed opens when the listing has ended.
+void OpenWhenListed(TVobject* node);
+TVobject* TakeNodeToOpen();
 void SetTvTitleText(const Site* site);
 
 // WM_NOTIFY of the tree; true when handled, with the answer in `result`.

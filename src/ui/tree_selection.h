@@ -25,3 +25,11 @@ void SetCurrentTreeNode(TVobject* node);
 void RefreshSelectedFolder();
 // Starts listing a node's folder on the worker (remote or local).
 bool StartChangeDir(TVobject* node);
+// A connect ended well: adds the first directory below the site's node and selects it, which lists it.
+void ShowFirstDirectory(Site* site, const char* directory);
+// A site was disconnected: empties the list, resets the site's node and selects it.
+void ShowDisconnected(Site* site);
+// A node is about to go with all below it.
+void ForgetNodesBelow(const TVobject* node);
+// Selects a node without acting on it; it becomes the current one.
+void SelectWithoutListing(TVobject* node);

@@ -1,0 +1,301 @@
+#include "ui/list_pane.h"
+
+#include <algorithm>
+#include <array>
+#include <memory>
+#include <new>
+#include <unordered_set>
+#include <utility>
+
+#include "foundation/trace.h"
+#include "platform/threads.h"
+#include "ui/app.h"
+#include "ui/list_columns.h"
+#include "ui/list_images.h"
+#include "ui/list_sort.h"
+#include "ui/main_window.h"
+#include "ui/toolbar.h"
+
+namespace {
+
+HWND gList = nullptr;
+std::vector<LVobjectPtr> gEntries;
+TVobject* gFolder = nullptr;
+SortState gSort;
+bool gColumnsFitted = false;  // for the folder that is shown
+
+// More entries than this are freed by a thread of their own, so that leaving a large folder takes no time.
+constexpr std::size_t kFreedAtOnce = 4000;
+
+void FreeCarriedEntries(void* carried) {
+    delete static_cast<std::vector<LVobjectPtr>*>(carried);
+}
+
+void FreeEntries(std::vector<LVobjectPtr> entries) {
+    if (entries.size() <= kFreedAtOnce) return;
+    auto* carried = new (std::nothrow) std::vector<LVobjectPtr>(std::move(entries));
+    if (carried == nullptr) return;
+    const platform::ThreadHandle thread = platform::StartThread(FreeCarriedEntries, carried);
+    if (thread == platform::kNoThread) {
+        FreeCarriedEntries(carried);
+        return;
+    }
+    platform::CloseThread(thread);
+}
+
+void ShowCount() {
+    ListView_SetItemCountEx(gList, EntryCount(), LVSICF_NOINVALIDATEALL | LVSICF_NOSCROLL);
+}
+
+DWORD ViewBits(UiStyle style) {
+    switch (style) {
+        case UiStyle::LargeIcons:
+            return LVS_ICON;
+        case UiStyle::SmallIcons:
+            return LVS_SMALLICON;
+        case UiStyle::List:
+            return LVS_LIST;
+        default:
+            return LVS_REPORT;
+    }
+}
+
+// Small arrow on the heading of the sorted column; -1: none.
+void ShowSortArrow(int logicalColumn, bool upwards) {
+    HWND header = ListView_GetHeader(gList);
+    const int count = Header_GetItemCount(header);
+    for (int i = 0; i < count; ++i) {
+        HDITEMW item{};
+        item.mask = HDI_FORMAT;
+        if (!SendMessageW(header, HDM_GETITEMW, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(&item))) continue;
+        item.fmt &= ~(HDF_SORTUP | HDF_SORTDOWN);
+        if (logicalColumn >= 0 && LogicalColumnAt(gZarn.COLUMNS, i) == logicalColumn) {
+            item.fmt |= upwards ? HDF_SORTUP : HDF_SORTDOWN;
+        }
+        SendMessageW(header, HDM_SETITEMW, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(&item));
+    }
+}
+
+void SelectIndex(int index, bool focused) {
+    const UINT bits = LVIS_SELECTED | (focused ? LVIS_FOCUSED : 0u);
+    ListView_SetItemState(gList, index, bits, bits);
+}
+
+// Which entries are selected and which one has the focus, while their places change.
+class SelectionKeeper {
+  public:
+    SelectionKeeper() : selected_(SelectedCount()), focused_(ListView_GetNextItem(gList, -1, LVNI_FOCUSED)) {
+        focusedEntry_ = EntryAt(focused_);
+        if (!Some()) return;
+        for (const LVobject* entry : SelectedEntries()) entries_.insert(entry);
+    }
+    void Restore() const {
+        if (Some()) {
+            ListView_SetItemState(gList, -1, 0, LVIS_SELECTED);
+            for (int i = 0; i < EntryCount(); ++i) {
+                if (entries_.count(EntryAt(i)) != 0) SelectIndex(i, false);
+            }
+        }
+        if (focusedEntry_ == nullptr) return;
+        const int index = IndexOfEntry(focusedEntry_);
+        ListView_SetItemState(gList, index, LVIS_FOCUSED, LVIS_FOCUSED);
+        ListView_EnsureVisible(gList, index, FALSE);
+    }
+
+  private:
+    bool Some() const { return selected_ > 0 && selected_ < EntryCount(); }
+    int selected_;
+    int focused_;
+    const LVobject* focusedEntry_ = nullptr;
+    std::unordered_set<const LVobject*> entries_;
+};
+
+void Resort(int column, int logicalColumn) {
+    const bool descending = gSort.descending[logicalColumn];
+    const SelectionKeeper keeper;
+    SendMessageW(gList, WM_SETREDRAW, FALSE, 0);
+    SortEntries(gEntries, column, gZarn.COLUMNS, descending);
+    keeper.Restore();
+    const bool largerFirst = logicalColumn == kColumnLinks || logicalColumn == kColumnSize;
+    ShowSortArrow(logicalColumn, descending == largerFirst);
+    SendMessageW(gList, WM_SETREDRAW, TRUE, 0);
+    InvalidateRect(gList, nullptr, TRUE);
+}
+
+}  // namespace
+
+bool CreateListPane(HWND parent) {
+    const DWORD style = WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS | WS_TABSTOP | LVS_OWNERDATA | LVS_SHOWSELALWAYS |
+                        LVS_EDITLABELS | LVS_SHAREIMAGELISTS | ViewBits(gZarn.uiStyle);
+    gList = CreateWindowExW(WS_EX_CLIENTEDGE, WC_LISTVIEWW, L"", style, 0, 0, 0, 0, parent,
+                            reinterpret_cast<HMENU>(static_cast<INT_PTR>(kListChildId)), gApp.instance, nullptr);
+    if (gList == nullptr) {
+        DbgVsprintf("CreateListPane", "CreateWindow of ListView failed!");
+        return false;
+    }
+    ListView_SetUnicodeFormat(gList, TRUE);
+    ListView_SetExtendedListViewStyle(gList, LVS_EX_FULLROWSELECT | LVS_EX_DOUBLEBUFFER | LVS_EX_LABELTIP);
+    if (!MakeListImages(gList, gApp.dpi)) return false;
+    RebuildColumns(gList, gZarn.COLUMNS);
+    return true;
+}
+
+void DestroyListPane() {
+    InitListView();
+    if (gList != nullptr) DestroyWindow(gList);
+    gList = nullptr;
+    DestroyListImages();
+}
+
+HWND ListWindow() {
+    return gList;
+}
+
+void InitListView() {
+    if (gList != nullptr) ListView_DeleteAllItems(gList);
+    if (gSort.lastColumn >= 0 && gList != nullptr) ShowSortArrow(-1, false);
+    gColumnsFitted = false;
+    gFolder = nullptr;
+    FreeEntries(std::exchange(gEntries, {}));
+}
+
+void LV_AddEntries(TVobject* folder, std::vector<LVobjectPtr> entries) {
+    gFolder = folder;
+    if (gEntries.empty()) {
+        gEntries = std::move(entries);
+    } else {
+        std::move(entries.begin(), entries.end(), std::back_inserter(gEntries));
+    }
+    ShowCount();
+    if (!gColumnsFitted && !gEntries.empty()) {
+        gColumnsFitted = true;
+        FitColumns(gList, gZarn.COLUMNS);
+    }
+}
+
+int LV_AddItem(LVobjectPtr entry) {
+    if (!entry || gList == nullptr) return -1;
+    gEntries.push_back(std::move(entry));
+    ShowCount();
+    return EntryCount() - 1;
+}
+
+void LV_DeleteItem(int index) {
+    if (EntryAt(index) == nullptr) return;
+    gEntries.erase(gEntries.begin() + index);
+    // The control moves its own selection and focus along.
+    ListView_DeleteItem(gList, index);
+    ShowCount();
+    InvalidateRect(gList, nullptr, TRUE);
+}
+
+int EntryCount() {
+    return static_cast<int>(gEntries.size());
+}
+
+LVobject* EntryAt(int index) {
+    return index >= 0 && index < EntryCount() ? gEntries[static_cast<std::size_t>(index)].get() : nullptr;
+}
+
+TVobject* ListedFolder() {
+    return gFolder;
+}
+
+std::vector<const LVobject*> SelectedEntries() {
+    std::vector<const LVobject*> entries;
+    if (SelectedCount() == EntryCount()) {
+        for (const LVobjectPtr& entry : gEntries) entries.push_back(entry.get());
+        return entries;
+    }
+    for (int i = -1; (i = ListView_GetNextItem(gList, i, LVNI_SELECTED)) >= 0;) {
+        if (const LVobject* entry = EntryAt(i)) entries.push_back(entry);
+    }
+    return entries;
+}
+
+int FirstSelected() {
+    return gList != nullptr ? ListView_GetNextItem(gList, -1, LVNI_SELECTED) : -1;
+}
+
+int SelectedCount() {
+    return gList != nullptr ? static_cast<int>(ListView_GetSelectedCount(gList)) : 0;
+}
+
+bool AnyFileSelected() {
+    const bool all = SelectedCount() == EntryCount();
+    for (int i = -1; (i = all ? i + 1 : ListView_GetNextItem(gList, i, LVNI_SELECTED)) >= 0;) {
+        const LVobject* entry = EntryAt(i);
+        if (entry == nullptr) return false;
+        if (entry->type == kKindFile || entry->type == kKindLocalFile) return true;
+    }
+    return false;
+}
+
+std::uint64_t SelectedBytes() {
+    std::uint64_t bytes = 0;
+    for (const LVobject* entry : SelectedEntries()) bytes += entry->size;
+    return bytes;
+}
+
+void SelectAllEntries() {
+    ListView_SetItemState(gList, -1, LVIS_SELECTED, LVIS_SELECTED);
+}
+
+void SelectOnly(int index) {
+    ListView_SetItemState(gList, -1, 0, LVIS_SELECTED | LVIS_FOCUSED);
+    if (EntryAt(index) == nullptr) return;
+    SelectIndex(index, true);
+    ListView_EnsureVisible(gList, index, FALSE);
+}
+
+void LV_ChangeView(UiStyle style, std::uint32_t columns) {
+    constexpr char kFunction[] = "LV_ChangeView";
+    static constexpr std::array<const char*, 4> kAlready = {"ERROR. Already Large Icons", "ERROR. Already Details",
+                                                            "ERROR. Already Small Icons", "ERROR. Already List"};
+    DbgVsprintf(kFunction, "Entered");
+    const bool details = style == UiStyle::Details;
+    if (style == gZarn.uiStyle && (!details || columns == gZarn.COLUMNS)) {
+        DbgVsprintf(kFunction, "%s", kAlready[static_cast<std::size_t>(style)]);
+        return;
+    }
+    SendMessageW(gList, WM_SETREDRAW, FALSE, 0);
+    if (details && columns != gZarn.COLUMNS) {
+        gZarn.COLUMNS = columns;
+        RebuildColumns(gList, columns);
+        if (EntryCount() > 0) FitColumns(gList, columns);
+    }
+    if (style != gZarn.uiStyle) {
+        gZarn.uiStyle = style;
+        const LONG bits = GetWindowLongW(gList, GWL_STYLE);
+        SetWindowLongW(gList, GWL_STYLE, (bits & ~LVS_TYPEMASK) | static_cast<LONG>(ViewBits(style)));
+    }
+    SendMessageW(gList, WM_SETREDRAW, TRUE, 0);
+    const int focused = ListView_GetNextItem(gList, -1, LVNI_FOCUSED);
+    if (focused >= 0) ListView_EnsureVisible(gList, focused, FALSE);
+    InvalidateRect(gList, nullptr, TRUE);
+    SetToolbarButtonState();
+}
+
+void SortEntriesByColumn(int column) {
+    const int logical = EffectiveColumn(column, gZarn.COLUMNS);
+    if (logical < 0) return;
+    gSort.lastColumn = logical;
+    Resort(column, logical);
+}
+
+void SortEntriesByClick(int position) {
+    const int logical = LogicalColumnAt(gZarn.COLUMNS, position);
+    if (logical < 0) return;
+    NoteColumnClick(gSort, logical);
+    Resort(position, logical);
+}
+
+int IndexOfEntry(const LVobject* entry) {
+    const auto found =
+        std::find_if(gEntries.begin(), gEntries.end(), [entry](const auto& owned) { return owned.get() == entry; });
+    return found == gEntries.end() ? -1 : static_cast<int>(found - gEntries.begin());
+}
+
+void RedrawEntry(int index) {
+    ListView_RedrawItems(gList, index, index);
+}

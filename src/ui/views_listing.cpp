@@ -1,0 +1,96 @@
+#include "ui/views_listing.h"
+
+#include <algorithm>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+#include "foundation/text_helpers.h"
+#include "ftp/session_view.h"
+#include "listing/listing_view.h"
+#include "platform/system.h"
+#include "ui/list_pane.h"
+#include "ui/main_window.h"
+#include "ui/tree_pane.h"
+#include "ui/tree_selection.h"
+#include "ui/ui_calls.h"
+
+namespace {
+
+// Nodes that a listing found below its folder before, by name; empty where children are made anew.
+std::unordered_map<std::string_view, TVobject*> gKnownChildren;
+
+bool IsFolderEntry(const LVobject& entry) {
+    return IsFolderKind(entry.type) || entry.type == kKindLocalRoot;
+}
+
+TVobject* ChildFor(TVobject* folder, const LVobject& entry) {
+    const std::string_view name = entry.name.view();
+    if (const auto known = gKnownChildren.find(name); known != gKnownChildren.end()) return known->second;
+    return AddChildNode(folder, name, entry.type);
+}
+
+void BeginListing(TVobject* folder, bool resetChildren) {
+    InitListView();
+    gKnownChildren.clear();
+    if (resetChildren) {
+        CollapseAndReset(folder);
+        return;
+    }
+    CollapseNode(folder);
+    for (const auto& child : folder->children) gKnownChildren.emplace(child->pszName.view(), child.get());
+}
+
+void AddEntries(TVobject* folder, std::vector<LVobjectPtr> entries) {
+    for (const LVobjectPtr& entry : entries) {
+        entry->node = folder;
+        if (!IsFolderEntry(*entry)) continue;
+        if (TVobject* child = ChildFor(folder, *entry)) entry->node = child;
+    }
+    LV_AddEntries(folder, std::move(entries));
+}
+
+// Children stand in the tree by name whatever order the server lists them in.
+void SortChildren(TVobject* folder) {
+    using Child = std::unique_ptr<TVobject, void (*)(TVobject*)>;
+    std::vector<std::pair<std::string, Child>> named;
+    named.reserve(folder->children.size());
+    for (Child& child : folder->children) {
+        const std::string_view name = child->pszName.view();
+        const bool ascii = std::none_of(name.begin(), name.end(), [](char c) { return (c & 0x80) != 0; });
+        named.emplace_back(ascii ? AsciiLower(name) : platform::LocaleLower(name), std::move(child));
+    }
+    std::stable_sort(named.begin(), named.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
+    folder->children.clear();
+    for (auto& [key, child] : named) folder->children.push_back(std::move(child));
+}
+
+void EndListing(TVobject* folder) {
+    gKnownChildren.clear();
+    folder->listed = true;
+    SortChildren(folder);
+    RefreshNode(folder);
+    if (ListedFolder() == nullptr) LV_AddEntries(folder, {});  // an empty folder is shown, too
+    if (TakeNodeToOpen() == folder) ExpandNode(folder);
+    SelectOnly(0);
+    RefreshWindowState();
+    SetFocus(TreeWindow());
+}
+
+}  // namespace
+
+void InstallListingView() {
+    gListingView.begin = [](TVobject* folder, bool resetChildren) {
+        RunOnUi([&] { BeginListing(folder, resetChildren); });
+    };
+    gListingView.addEntries = [](TVobject* folder, std::vector<LVobjectPtr> entries) {
+        RunOnUi([&] { AddEntries(folder, std::move(entries)); });
+    };
+    gListingView.end = [](TVobject* folder, int) { RunOnUi([&] { EndListing(folder); }); };
+    gSessionView.showFirstDirectory = [](Site* site, const char* directory) {
+        RunOnUi([&] { ShowFirstDirectory(site, directory); });
+    };
+    gSessionView.showDisconnected = [](Site* site) { RunOnUi([&] { ShowDisconnected(site); }); };
+}
