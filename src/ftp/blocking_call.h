@@ -6,17 +6,24 @@
 
 #include "platform/sockets.h"
 
-// Marks that this thread may wait on `socket` until the object goes. Nesting is not needed: one worker, one call.
+// Marks that this thread may wait on `socket` until the object goes. Nesting is not needed: one worker, one call. A
+// second thread's call beside it (a QUIT sent while a worker is being stopped) is not registered.
 class BlockingCall {
   public:
     explicit BlockingCall(platform::Socket socket);
     ~BlockingCall();
     BlockingCall(const BlockingCall&) = delete;
     BlockingCall& operator=(const BlockingCall&) = delete;
+
+  private:
+    bool registered_ = false;
 };
 
 bool BlockingCallInProgress();
-// Ends the call in progress; it fails in its own thread.
+// Number of the call in progress, 0 when there is none: tells a call that still waits from the next one.
+std::uint32_t BlockingCallNumber();
+// Ends the call in progress; it fails in its own thread. A call that was announced but not yet begun is missed:
+// whoever sees its thread still waiting calls again.
 void CancelBlockingCall();
 // Milliseconds until the call in progress has waited `timeoutSeconds`; 0 when that time is over. With no call in
 // progress, or a time-out of 0, the whole period (at least one second).

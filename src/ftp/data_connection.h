@@ -15,12 +15,15 @@ int GetFTPListenSocket(Site* site, ReplyBuffer reply);
 // The text of a PORT command for a listener (address in host order).
 std::string PortCommand(std::uint32_t address, std::uint16_t port);
 
-// Runs one receiving command into a local file. `commandText` is expanded once more (double the percent signs of names).
-// The final reply's result; 0 when the server refused (its text stays in `reply`); SOCKET_ERROR; FTP_ERROR on abort.
+// Runs one receiving command into a local file. `commandText` is expanded once more (double the percent signs of
+// names). The final reply's result; 0 when the server refused (its text stays in `reply`); SOCKET_ERROR; FTP_ERROR on
+// abort. A local file that could not be written: FTP_ERROR (SOCKET_ERROR when it could not even be made), the system's
+// text in `reply` and platform::LastSystemError() tells which error; that is 0 after every other end.
 int RetrieveFile(Site* site, ReplyBuffer reply, const char* commandText, const char* localFile, char type,
                  const std::atomic<bool>& abort);
 // The same for a user's transfer: progress through the session view, the outcome also in node.iRetCode. `localFile` is
-// created (or emptied) by the call; it is the caller's to rename or delete afterwards.
+// created (or emptied) by the call; it is the caller's to rename or delete afterwards. A local failure is FTP_ERROR
+// here in every case, and node.iRetCode then kLocalAccessDenied when it was a refusal.
 int DlgRetrieveFile(Site* site, TransferNode& node, ReplyBuffer reply, const char* commandText, const char* localFile,
                     char type, const std::atomic<bool>& abort);
 // Stores one local file on the server: STOU with SENDUNIQUE, else STOR.

@@ -14,14 +14,16 @@ void DbgPrintSocketError(const char* callerName, const char* operation, platform
 
 // What the server-error dialog shows.
 struct ServerErrorFields {
-    int code = 0;           // three digits the reply begins with, else 0
-    std::string returned;   // the reply after its code
-    std::string definition; // what RFC 959 says of the code; empty for 0
-    std::string task;       // what the program was doing
+    int code = 0;            // three digits the reply begins with, else 0
+    std::string returned;    // the reply after its code
+    std::string definition;  // what RFC 959 says of the code; empty for 0
+    std::string task;        // what the program was doing
 };
 ServerErrorFields SetSrvErrorDlgItems(int operation, std::string_view reply);
 // Opens the dialog through the session view; nothing without an operation or reply, or while one is open.
 void ShowServerError(int operation, const char* reply);
+// Names the directory that the next server error is about; the sentence for a new directory shows it.
+void NameErrorSubject(std::string_view name);
 // Catalogue id of the sentence that names what failed.
 unsigned OperationSentence(int operation);
 

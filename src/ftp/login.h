@@ -2,6 +2,8 @@
 // gateway, with retries. Runs on the worker; texts go to the console, questions through the session view.
 #pragma once
 
+#include <atomic>
+
 #include "config/site.h"
 #include "platform/sockets.h"
 
@@ -21,6 +23,10 @@ void Zarn_IdmConnect(Site* site);
 enum class CloseHow { Receive = 0, Send = 1, Both = 2, None = 3 };
 // Closes a socket and returns kNoSocket for the caller to store.
 platform::Socket DoClose(platform::Socket socket, CloseHow how);
+// The same for a stored socket: takes it out first, so that two threads cannot close it twice. True when it was open.
+bool CloseStoredSocket(std::atomic<platform::Socket>& stored, CloseHow how);
+// Closes without order: the peer sees a reset, and nothing waits for bytes that are still to be sent.
+void AbandonStoredSocket(std::atomic<platform::Socket>& stored);
 
 // The host type that a welcome text names; `configured` unless that is 7000.
 std::uint32_t DetectHostType(std::uint32_t configured, const char* welcome);

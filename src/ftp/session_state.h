@@ -1,5 +1,6 @@
-// What the program knows while it runs: which operation is under way, the active site, the representation type in force,
-// the local host's address. Flags that two threads touch are atomic and change through one function each, which traces.
+// What the program knows while it runs: which operation is under way, the active site, the representation type in
+// force, the local host's address. Flags that two threads touch are atomic and change through one function each, which
+// traces.
 #pragma once
 
 #include <atomic>
@@ -8,13 +9,13 @@
 #include "config/site.h"
 
 struct SessionState {
-    std::atomic<bool> busy{false};           // a remote command is being carried out (also: changing folder)
-    std::atomic<bool> connecting{false};     // a connection or reconnection is in progress
-    std::atomic<bool> aborting{false};       // an abort is being unwound; sockets close with a linger of 0
-    std::atomic<bool> transferAbort{false};  // read by the transfer loops between steps
-    std::atomic<bool> exiting{false};        // the program is going down
-    std::atomic<bool> parsing{false};        // a listing is being parsed
-    std::atomic<Site*> activeSite{nullptr};  // the site that commands act on
+    std::atomic<bool> busy{false};               // a remote command is being carried out (also: changing folder)
+    std::atomic<bool> connecting{false};         // a connection or reconnection is in progress
+    std::atomic<bool> aborting{false};           // an abort is being unwound; sockets close with a linger of 0
+    std::atomic<bool> transferAbort{false};      // read by the transfer loops between steps
+    std::atomic<bool> exiting{false};            // the program is going down
+    std::atomic<bool> parsing{false};            // a listing is being parsed
+    std::atomic<Site*> activeSite{nullptr};      // the site that commands act on
     std::atomic<std::uint32_t> localAddress{0};  // IPv4, host order; 0 until found
     char currentType = 'A';                      // representation type, shared by all sites; worker only
     bool portSwitch = true;                      // the listener is announced with PORT; always on
@@ -33,3 +34,5 @@ void SetAborting(bool aborting);
 void SetTransferAbort(bool abort);
 // True while any of busy, connecting and aborting is set: no remote operation may start then.
 bool OperationRunning();
+// True when the operation under way is to end: abort, time-out or exit.
+bool StopRequested();

@@ -1,5 +1,5 @@
-// What the session engine asks of the windows. One current instance; the windows fill it in at start-up, a test fills in
-// a recording one. Every call may come from the worker: the windows carry it to their own thread.
+// What the session engine asks of the windows. One current instance; the windows fill it in at start-up, a test fills
+// in a recording one. Every call may come from the worker: the windows carry it to their own thread.
 #pragma once
 
 #include <cstdint>

@@ -13,9 +13,9 @@ inline constexpr std::uint32_t kNodeFile = 4;
 inline constexpr std::uint32_t kNodeLink = 8;
 
 struct TransferNode {
-    OwnedText pszLocalName;   // when it differs from the remote name; for an upload the local file's name
-    OwnedText pszRemoteName;  // for an upload only when the name sent differs
-    OwnedText pszLocation;    // folder that holds the source
+    OwnedText pszLocalName;    // when it differs from the remote name; for an upload the local file's name
+    OwnedText pszRemoteName;   // for an upload only when the name sent differs
+    OwnedText pszLocation;     // folder that holds the source
     OwnedText pszDestination;  // folder that receives it
     std::uint32_t NodeType = 0;
     std::uint32_t iSize = 0;  // bytes, as the listing said

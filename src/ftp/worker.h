@@ -22,3 +22,7 @@ inline constexpr unsigned kExitCommand = 40027;
 void Zarn_IdmExit(Site* site, unsigned commandId);
 // The server dropped the connection: tells the user (7318) and disconnects.
 void Zarn_HandleFtpReset(const char* callerName, Site* site);
+// The box of Zarn_HandleFtpReset and the disconnect command, whatever is left of the connection.
+void TellServerReset(const char* callerName, Site* site);
+// True while StopWorker waits: the worker then leaves boxes and the connection's end to the thread that stops it.
+bool StoppingWorker();

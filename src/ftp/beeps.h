@@ -1,0 +1,17 @@
+// The beeps of connections and transfers, when the user wants them. Listings are quiet.
+#pragma once
+
+void BeepOnFailure();
+void BeepAtEnd();
+
+// No beep from this thread's operation until the object goes.
+class QuietBeeps {
+  public:
+    QuietBeeps();
+    ~QuietBeeps();
+    QuietBeeps(const QuietBeeps&) = delete;
+    QuietBeeps& operator=(const QuietBeeps&) = delete;
+
+  private:
+    bool before_;
+};
