@@ -135,7 +135,7 @@ bool CreateListPane(HWND parent) {
     }
     ListView_SetUnicodeFormat(gList, TRUE);
     ListView_SetExtendedListViewStyle(gList, LVS_EX_FULLROWSELECT | LVS_EX_DOUBLEBUFFER | LVS_EX_LABELTIP);
-    if (!MakeListImages(gList, gApp.dpi)) return false;
+    if (!MakeListImages(gList)) return false;
     RebuildColumns(gList, gZarn.COLUMNS);
     return true;
 }
