@@ -30,6 +30,8 @@ constexpr unsigned kPrintfMessages[] = {
     7186, 7191, 7192, 7208, 7209, 7216, 7225, 7251, 7269, 7291, 7301, 7326, 7327, 7329,
 };
 
+CatalogueSource gSource = platform::LoadText;
+
 unsigned Address(const void* pointer) {
     return static_cast<unsigned>(reinterpret_cast<std::uintptr_t>(pointer));
 }
@@ -123,7 +125,7 @@ OwnedText ExpandWithNumbers(unsigned id, const std::string& text, bool hasPercen
 OwnedText LoadAndExpand(unsigned id, std::span<const MessageInsert> inserts) {
     static const char funcName[] = "Zarn_ResVsprintf";
     std::string text;
-    if (!platform::LoadText(id, kLongestToFormat, text)) {
+    if (!gSource(id, kLongestToFormat, text)) {
         TraceLoadFailure(funcName, id);
         return {};
     }
@@ -181,7 +183,7 @@ OwnedText Zarn_ResString(unsigned id) {
     static const char funcName[] = "Zarn_ResString";
     DbgVsprintf(funcName, "Entered. StringID:%d", static_cast<int>(id));
     std::string text;
-    if (!platform::LoadText(id, kLongestText, text)) {
+    if (!gSource(id, kLongestText, text)) {
         // The error's own text stays untold here, as wanted: callers report it.
         DbgVsprintf(funcName, "ERROR. Returning NULL");
         return {};
@@ -194,8 +196,12 @@ OwnedText Zarn_ResString(unsigned id) {
 
 std::string CatalogueText(unsigned id) {
     std::string text;
-    if (!platform::LoadText(id, kLongestText, text)) text.clear();
+    if (!gSource(id, kLongestText, text)) text.clear();
     return text;
+}
+
+void SetCatalogueSource(CatalogueSource source) {
+    gSource = source != nullptr ? source : platform::LoadText;
 }
 
 bool IsPrintfMessage(unsigned id) {
@@ -223,7 +229,7 @@ void PrintCatalogueText(unsigned id, std::span<const MessageInsert> inserts) {
     static const char funcName[] = "DoPrintIdArgs";
     if (!gTrace.Any()) return;
     std::string text;
-    if (!platform::LoadText(id, kLongestToPrint, text)) {
+    if (!gSource(id, kLongestToPrint, text)) {
         TraceLoadFailure(funcName, id);
         return;
     }
@@ -250,7 +256,7 @@ void PrintCatalogueText(unsigned id, std::span<const MessageInsert> inserts) {
 
 void DoAddLine(unsigned id) {
     std::string text;
-    if (!platform::LoadText(id, kLongestToRoute, text)) {
+    if (!gSource(id, kLongestToRoute, text)) {
         TraceLoadFailure("DoAddLine", id);
         return;
     }

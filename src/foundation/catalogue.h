@@ -2,7 +2,9 @@
 // id, and prints them to the console and the log. The texts themselves stand in the resources.
 #pragma once
 
+#include <cstddef>
 #include <span>
+#include <string>
 
 #include "foundation/message_expansion.h"
 #include "foundation/owned_text.h"
@@ -11,6 +13,10 @@
 OwnedText Zarn_ResString(unsigned id);
 // The same as a std::string, empty when there is none; not traced (for window texts read in bulk).
 std::string CatalogueText(unsigned id);
+
+// Where texts come from: the program's string table, or for a test what it needs; null brings the table back.
+using CatalogueSource = bool (*)(unsigned id, std::size_t longest, std::string& text);
+void SetCatalogueSource(CatalogueSource source);
 
 // True when `id` is expanded printf-style by Zarn_ResVsprintf / by DoPrintIdArgs (which differ in 7197, as wanted).
 bool IsPrintfMessage(unsigned id);

@@ -24,6 +24,9 @@ constexpr int kShownLines = 10;
 // Beyond the one the oldest lines go, down to the other: the dialogue of days must not fill the memory.
 constexpr int kMostLines = 4000;
 constexpr int kKeptLines = 3000;
+// Longer texts show their beginning, longer lines are broken; the log has them whole.
+constexpr std::size_t kLongestText = 128 * 1024;
+constexpr std::size_t kLongestLine = 1024;
 
 struct Console {
     std::atomic<HWND> window{nullptr};
@@ -66,13 +69,24 @@ int StartOrEnd(int line) {
     return line < EditGetLineCount() ? StartOfLine(line) : gConsole.appendPosition;
 }
 
-// The text as the control wants it: a lone line feed would not break the line.
+bool IsSecondOfPair(char16_t unit) {
+    return (unit & 0xFC00) == 0xDC00;
+}
+
+// The text as the control wants it: a lone line feed would not break the line, and wrapping one endless line takes the
+// control time that grows with the square of its length (100 KB: ten seconds).
 void AppendWide(std::u16string& wide, std::string_view text) {
     wide += u"\r\n";
     char16_t before = u'\0';
-    for (const char16_t unit : platform::Utf8ToWide(text)) {
+    std::size_t length = 0;
+    for (const char16_t unit : platform::Utf8ToWide(text.substr(0, kLongestText))) {
         if (unit == u'\n' && before != u'\r') wide += u'\r';
+        if (length >= kLongestLine && !IsSecondOfPair(unit)) {
+            wide += u"\r\n";
+            length = 0;
+        }
         wide += unit;
+        length = unit == u'\n' ? 0 : length + 1;
         before = unit;
     }
 }
@@ -81,6 +95,7 @@ void ForgetOldestLines() {
     if (gConsole.lineCount <= kMostLines) return;
     // The first line stays, and stays empty.
     EditClear(1, gConsole.lineCount - kKeptLines);
+    Select(gConsole.appendPosition, gConsole.appendPosition);
 }
 
 int Insert(const std::u16string& wide) {
@@ -88,7 +103,6 @@ int Insert(const std::u16string& wide) {
     Send(EM_REPLACESEL, FALSE, reinterpret_cast<LPARAM>(wide.c_str()));
     RefreshCounts();
     ForgetOldestLines();
-    Select(gConsole.appendPosition, gConsole.appendPosition);
     Send(EM_SCROLLCARET);
     return gConsole.lineCount;
 }

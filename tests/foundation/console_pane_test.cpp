@@ -87,7 +87,7 @@ TEST_F(ConsolePane, WindowIsAsDescribed) {
     const HWND window = ConsoleWindow();
     EXPECT_EQ(GetDlgCtrlID(window), 605);
     const LONG style = GetWindowLongW(window, GWL_STYLE);
-    const LONG wanted = WS_CHILD | WS_BORDER | WS_VSCROLL | ES_MULTILINE | ES_READONLY | ES_AUTOVSCROLL | ES_NOHIDESEL;
+    const LONG wanted = WS_CHILD | WS_VSCROLL | ES_MULTILINE | ES_READONLY | ES_AUTOVSCROLL | ES_NOHIDESEL;
     EXPECT_EQ(style & wanted, wanted);
     EXPECT_EQ(GetWindowLongW(window, GWL_EXSTYLE) & WS_EX_ACCEPTFILES, 0);
     EXPECT_TRUE(CreateFtpConsole(parent));
@@ -287,12 +287,20 @@ TEST_F(ConsolePane, AFloodFromAnotherThreadKeepsItsNewestLines) {
     RecordProperty("milliseconds", static_cast<int>(GetTickCount() - start));
 }
 
-TEST_F(ConsolePane, AVeryLongLineIsKept) {
+TEST_F(ConsolePane, AnEndlessLineIsBrokenSoThatTheWindowStaysAlive) {
     ASSERT_TRUE(CreateFtpConsole(parent));
     ConsolePrint(std::string(100000, 'x').c_str());
-    EXPECT_EQ(GetWindowTextLengthW(ConsoleWindow()), 100002);
+    // All of it, one line end before it and one after every 1024 characters but the last.
+    EXPECT_EQ(GetWindowTextLengthW(ConsoleWindow()), 100000 + 2 + 2 * 97);
     ConsolePrint("next");
     EXPECT_EQ(LastLine(), "next");
+}
+
+TEST_F(ConsolePane, ATextWithoutEndShowsItsBeginning) {
+    ASSERT_TRUE(CreateFtpConsole(parent));
+    ConsolePrint(std::string(1024 * 1024, 'x').c_str());
+    EXPECT_LT(GetWindowTextLengthW(ConsoleWindow()), 132 * 1024);
+    EXPECT_LE(EditGetLineCount(), 4001);
 }
 
 TEST_F(ConsolePane, TextWidth_InTheWindowsOwnFont) {

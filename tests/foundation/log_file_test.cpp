@@ -13,17 +13,12 @@
 #ifdef _WIN32
 #include <process.h>
 #else
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include "host/fault_injection.h"
 #endif
 
 namespace {
 
 constexpr int kLinesOfEach = 60;
-constexpr char kFileVariable[] = "ZARN_TEST_LOG_FILE";
-
 class LogFile : public TracedTest {
   protected:
     void SetUp() override {
@@ -174,6 +169,10 @@ TEST_F(LogFile, SeveralThreads_LinesInterleaveWholeAndNoneIsLost) {
     EXPECT_TRUE(gTrace.logging);
 }
 
+#ifdef _WIN32
+// Only here: in the native build a named mutex ends at the process.
+constexpr char kFileVariable[] = "ZARN_TEST_LOG_FILE";
+
 // Not a test by itself: the second program of the next one runs it.
 TEST(LogFileSecondProgram, DISABLED_WritesItsLines) {
     const char* path = std::getenv(kFileVariable);
@@ -189,32 +188,17 @@ TEST(LogFileSecondProgram, DISABLED_WritesItsLines) {
 constexpr char kFilter[] = "--gtest_filter=LogFileSecondProgram.*";
 constexpr char kAlsoDisabled[] = "--gtest_also_run_disabled_tests";
 
-#ifdef _WIN32
 intptr_t StartSecondProgram(const std::string& file) {
     const std::string variable = std::string(kFileVariable) + "=" + file;
     _putenv(variable.c_str());
     return _spawnl(_P_NOWAIT, platform::ProgramPath().c_str(), "second", kFilter, kAlsoDisabled, nullptr);
 }
+
 int WaitForProgram(intptr_t program) {
     int status = -1;
     _cwait(&status, program, 0);
     return status;
 }
-#else
-pid_t StartSecondProgram(const std::string& file) {
-    const std::string program = platform::ProgramPath();
-    setenv(kFileVariable, file.c_str(), 1);
-    const pid_t child = fork();
-    if (child != 0) return child;
-    execl(program.c_str(), "second", kFilter, kAlsoDisabled, nullptr);
-    _exit(127);
-}
-int WaitForProgram(pid_t program) {
-    int status = -1;
-    waitpid(program, &status, 0);
-    return status;
-}
-#endif
 
 // This program writes as long as the second one runs, so that they really meet.
 TEST_F(LogFile, TwoProgramsWithTheSameFile_LinesInterleaveWhole) {
@@ -235,7 +219,7 @@ TEST_F(LogFile, TwoProgramsWithTheSameFile_LinesInterleaveWhole) {
     ExpectWholeLines(Content(), static_cast<std::size_t>(written + kLinesOfEach));
 }
 
-#ifndef _WIN32
+#else
 struct Fault {
     fault_injection::Call call;
     int nth;
