@@ -34,19 +34,41 @@ bool WaitFor(std::condition_variable& changed, std::unique_lock<std::mutex>& loc
     return true;
 }
 
+void Signal(Event& event) {
+    const std::lock_guard lock(event.guard);
+    event.signalled = true;
+    event.changed.notify_all();
+}
+
+bool Wait(Event& event, std::uint32_t milliseconds) {
+    std::unique_lock lock(event.guard);
+    return WaitFor(event.changed, lock, milliseconds, [&event] { return event.signalled; });
+}
+
+// A handle owns a reference, so that whom a signal wakes may close the event while the signalling call still returns.
+using EventReference = std::shared_ptr<Event>;
+
+EventReference EventOf(EventHandle handle) {
+    return *reinterpret_cast<EventReference*>(handle);
+}
+
+// What the handle stands for.
 struct Thread {
     pthread_t id = {};
-    ThreadRoutine routine = nullptr;
-    void* argument = nullptr;
-    std::shared_ptr<Event> ended = std::make_shared<Event>();
+    EventReference ended = std::make_shared<Event>();
+};
+
+// What the thread itself needs: it may start after its handle was closed.
+struct ThreadStart {
+    ThreadRoutine routine;
+    void* argument;
+    EventReference ended;
 };
 
 void* RunThread(void* parameter) {
-    // The record belongs to the handle and may be gone when the routine returns.
-    const auto* thread = static_cast<Thread*>(parameter);
-    const std::shared_ptr<Event> ended = thread->ended;
-    thread->routine(thread->argument);
-    SignalEvent(reinterpret_cast<EventHandle>(ended.get()));
+    const std::unique_ptr<ThreadStart> start(static_cast<ThreadStart*>(parameter));
+    start->routine(start->argument);
+    Signal(*start->ended);
     return nullptr;
 }
 
@@ -89,18 +111,17 @@ thread_local OwnedMutexes ownedMutexes;
 ThreadHandle StartThread(ThreadRoutine routine, void* argument) {
     if (fault_injection::Strikes(fault_injection::Call::StartThread)) return kNoThread;
     auto thread = std::make_unique<Thread>();
-    thread->routine = routine;
-    thread->argument = argument;
-    if (::pthread_create(&thread->id, nullptr, RunThread, thread.get()) != 0) {
+    auto start = std::make_unique<ThreadStart>(ThreadStart{routine, argument, thread->ended});
+    if (::pthread_create(&thread->id, nullptr, RunThread, start.get()) != 0) {
         host::Fail(host::kErrorNoMemory);
         return kNoThread;
     }
+    static_cast<void>(start.release());
     return reinterpret_cast<ThreadHandle>(thread.release());
 }
 
 bool WaitThread(ThreadHandle thread, std::uint32_t milliseconds) {
-    const auto* record = reinterpret_cast<Thread*>(thread);
-    return WaitEvent(reinterpret_cast<EventHandle>(record->ended.get()), milliseconds);
+    return Wait(*reinterpret_cast<Thread*>(thread)->ended, milliseconds);
 }
 
 void CloseThread(ThreadHandle thread) {
@@ -129,24 +150,19 @@ void SleepMilliseconds(std::uint32_t milliseconds) {
 
 EventHandle CreateManualEvent() {
     if (fault_injection::Strikes(fault_injection::Call::CreateEvent)) return 0;
-    return reinterpret_cast<EventHandle>(new Event);
+    return reinterpret_cast<EventHandle>(new EventReference(std::make_shared<Event>()));
 }
 
 void SignalEvent(EventHandle event) {
-    auto* record = reinterpret_cast<Event*>(event);
-    const std::lock_guard lock(record->guard);
-    record->signalled = true;
-    record->changed.notify_all();
+    if (event != 0) Signal(*EventOf(event));
 }
 
 bool WaitEvent(EventHandle event, std::uint32_t milliseconds) {
-    auto* record = reinterpret_cast<Event*>(event);
-    std::unique_lock lock(record->guard);
-    return WaitFor(record->changed, lock, milliseconds, [record] { return record->signalled; });
+    return event != 0 ? Wait(*EventOf(event), milliseconds) : host::Fail(host::kErrorInvalidHandle);
 }
 
 void CloseEvent(EventHandle event) {
-    delete reinterpret_cast<Event*>(event);
+    delete reinterpret_cast<EventReference*>(event);
 }
 
 MutexHandle CreateNamedMutex(const char* name) {
