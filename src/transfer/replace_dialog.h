@@ -1,17 +1,9 @@
-// "Confirm File Replace": asked before a received file takes the place of one that is there.
+// "Confirm File Replace": asked before a received file takes the place of one that is there. What follows from the
+// answer is decided in receive_target.h.
 #pragma once
-
-#include <string>
 
 #include "foundation/console_pane.h"
 #include "transfer/receive_target.h"
 
-// `newSize` and `newTime` (0: unknown) describe the file on the server.
-struct ReplaceQuestion {
-    std::string name;
-    std::string path;  // the local file in the way
-    ExistingFile kind = ExistingFile::Ordinary;
-    unsigned long long newSize = 0;
-    unsigned long long newTime = 0;
-};
+// Cancel when the dialog cannot be shown.
 ReplaceAnswer ShowReplaceDialog(WindowHandle owner, const ReplaceQuestion& question);

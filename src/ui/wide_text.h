@@ -1,27 +1,4 @@
-// Texts between the program (UTF-8) and the wide window calls, which are used so that every character shows whatever the
-// program's code page is.
+// Texts between the program and the wide window calls, under the name by which this floor knows them.
 #pragma once
 
-#include <windows.h>
-
-#include <string>
-#include <string_view>
-
-#include "platform/system.h"
-
-inline std::wstring Wide(std::string_view text) {
-    const std::u16string wide = platform::Utf8ToWide(text);
-    return std::wstring(wide.begin(), wide.end());
-}
-
-inline std::string Narrow(std::wstring_view text) {
-    return platform::WideToUtf8(std::u16string(text.begin(), text.end()));
-}
-
-inline void SetText(HWND window, std::string_view text) { SetWindowTextW(window, Wide(text).c_str()); }
-
-inline std::string GetText(HWND window) {
-    std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(window)) + 1, L'\0');
-    text.resize(static_cast<std::size_t>(GetWindowTextW(window, text.data(), static_cast<int>(text.size()))));
-    return Narrow(text);
-}
+#include "foundation/wide_text_window.h"
