@@ -2,9 +2,8 @@
 // something to see. Ends with 0 only if every step held. Started by ./run, which also starts the demo server.
 #include <cstdio>
 #include <cstdlib>
-#include <fstream>
-#include <iterator>
 #include <string>
+#include <vector>
 
 #include "ui_driver/program.h"
 
@@ -55,20 +54,20 @@ class Walk {
     void Picture(const char* name);
     bool StartProgram();
     bool Connect();
-    bool EnterDirectory();
-    bool ReceiveOne();
-    bool ReceiveSeveral();
+    bool EnterDirectory(const wchar_t* name, const wchar_t* path, const wchar_t* expectedFile);
+    bool ReceiveOne(const std::wstring& name, const std::wstring& folder);
+    bool ReceiveAll(const char* what, const std::wstring& folder, const char* picture);
     bool Disconnect();
     bool Exit();
-    bool WaitForTransferEnd();
-    bool CheckReceived(const std::wstring& name, std::string& seen);
+    bool CheckReceived(const std::wstring& name, const std::wstring& folder, std::string& seen);
 
     Program program_;
+    HTREEITEM place_ = nullptr;  // the directory that the walk stands in
     int number_ = 0;
 };
 
 bool Walk::Step(const char* what, bool held, const std::string& seen) {
-    std::printf("%-26s %s  %s\n", what, held ? "ok    " : "FAILED", seen.c_str());
+    std::printf("%-24s %s  %s\n", what, held ? "ok    " : "FAILED", seen.c_str());
     std::fflush(stdout);
     return held;
 }
@@ -78,107 +77,97 @@ void Walk::Picture(const char* name) {
     if (folder == nullptr) return;
     char path[512];
     std::snprintf(path, sizeof(path), "%s/%02d-%s.png", folder, ++number_, name);
-    // Let what is drawn at idle time be drawn.
-    Sleep(300);
     TakeScreenshot(path);
 }
 
 bool Walk::StartProgram() {
-    const bool started = program_.Start();
-    std::string seen = "no window";
-    if (started) {
-        program_.WaitFor([this] { return program_.FindInTree(nullptr, L"Demo server") != nullptr; });
-        HTREEITEM site = program_.FindInTree(nullptr, L"Demo server");
-        seen = "window \"" + Utf8(program_.Title()) + "\", tree shows " + (site != nullptr ? "\"Demo server\"" : "no site");
-        program_.SelectInTree(site);
-        program_.Command(40066);  // the console
-        program_.WaitFor([this] { return program_.Console() != nullptr; });
-        Picture("start");
-        return Step("start", site != nullptr, seen);
-    }
-    return Step("start", false, seen);
+    if (!program_.Start()) return Step("start", false, "no window");
+    program_.WaitFor([this] { return program_.FindInTree(nullptr, L"Demo server") != nullptr; });
+    place_ = program_.FindInTree(nullptr, L"Demo server");
+    program_.SelectInTree(place_);
+    program_.Command(40066);  // the console
+    const bool console = program_.WaitFor([this] { return program_.Console() != nullptr; });
+    Picture("start");
+    return Step("start", place_ != nullptr && console,
+                "window \"" + Utf8(program_.Title()) + "\", tree shows \"" + Utf8(program_.TreeText(place_)) + "\"");
 }
 
 bool Walk::Connect() {
     program_.WaitFor([this] { return program_.ToolbarEnabled(40021); });
     program_.Command(40021);
-    const bool listed = program_.WaitFor([this] { return program_.ListCount() > 0; }, 20000) && program_.WaitIdle();
+    const bool listed = program_.WaitFor([this] { return program_.FindInList(L"pub") >= 0; }, 20000) && program_.WaitIdle();
     const bool welcomed = program_.ConsoleText().find(L"220") != std::wstring::npos;
-    const bool found = program_.FindInList(L"pub") >= 0;
-    char seen[256];
-    std::snprintf(seen, sizeof(seen), "title \"%s\", %d entries, welcome %s in the console", Utf8(program_.Title()).c_str(),
-                  program_.ListCount(), welcomed ? "stands" : "is missing");
+    program_.ExpandInTree(place_);
+    place_ = program_.TreeNext(place_, TVGN_CHILD);
     Picture("connected");
-    return Step("connect and list", listed && welcomed && found, seen);
+    return Step("connect and list", listed && welcomed && place_ != nullptr,
+                "title \"" + Utf8(program_.Title()) + "\", " + std::to_string(program_.ListCount()) +
+                    " entries, the welcome " + (welcomed ? "stands" : "is missing") + " in the console");
 }
 
-bool Walk::EnterDirectory() {
-    HTREEITEM site = program_.FindInTree(nullptr, L"Demo server");
-    program_.ExpandInTree(site);
-    HTREEITEM root = program_.TreeNext(site, TVGN_CHILD);
-    program_.ExpandInTree(root);
-    HTREEITEM directory = program_.FindInTree(root, L"pub");
-    if (directory == nullptr) return Step("enter a directory", false, "no \"pub\" below the root in the tree");
+bool Walk::EnterDirectory(const wchar_t* name, const wchar_t* path, const wchar_t* expectedFile) {
+    program_.ExpandInTree(place_);
+    HTREEITEM directory = program_.FindInTree(place_, name);
+    if (directory == nullptr) return Step("enter a directory", false, Utf8(name) + " is not in the tree");
     program_.SelectInTree(directory);
-    const bool entered = program_.WaitFor(
-        [this] { return program_.Title().find(L"::/pub") != std::wstring::npos && program_.FindInList(L"README.txt") >= 0; },
-        20000);
-    program_.WaitIdle();
-    program_.Command(40057);  // details as on Unix
-    program_.WaitIdle();
-    Picture("directory");
-    const int readme = program_.FindInList(L"README.txt");
-    char seen[256];
-    std::snprintf(seen, sizeof(seen), "title \"%s\", %d entries, README.txt: %s %s %s", Utf8(program_.Title()).c_str(),
-                  program_.ListCount(), Utf8(program_.ListText(readme, 4)).c_str(),
-                  Utf8(program_.ListText(readme, 6)).c_str(), Utf8(program_.ListText(readme, 7)).c_str());
-    return Step("enter a directory", entered && !program_.ListText(readme, 4).empty(), seen);
+    const bool entered =
+        program_.WaitFor([&] { return program_.FindInList(expectedFile) >= 0; }, 20000) && program_.WaitIdle();
+    const bool titled = program_.Title().ends_with(std::wstring(L"::") + path);
+    place_ = directory;
+    const int entry = program_.FindInList(expectedFile);
+    std::string seen = "title \"" + Utf8(program_.Title()) + "\", " + std::to_string(program_.ListCount()) + " entries, " +
+                       Utf8(program_.ListText(entry));
+    bool complete = true;
+    for (int column : {4, 6, 7}) {  // owner, size, date in the Unix layout
+        const std::wstring text = program_.ListText(entry, column);
+        complete = complete && !text.empty();
+        seen += ", " + Utf8(text);
+    }
+    return Step("enter a directory", entered && titled && complete, seen);
 }
 
-bool Walk::WaitForTransferEnd() {
-    // The dialog may be gone before it was ever seen; the status text and the toolbar tell the end.
-    return program_.WaitIdle(60000) && program_.Dialog() == nullptr;
-}
-
-bool Walk::CheckReceived(const std::wstring& name, std::string& seen) {
+bool Walk::CheckReceived(const std::wstring& name, const std::wstring& folder, std::string& seen) {
     std::size_t size = 0;
-    const bool same = SameAsServers(name, L"/pub", size);
-    seen += Utf8(name) + " " + std::to_string(size) + " bytes " + (same ? "byte for byte" : "DIFFERS") + "; ";
+    const bool same = SameAsServers(name, folder, size);
+    if (!same) seen += "; " + Utf8(name) + " DIFFERS";
     return same;
 }
 
-bool Walk::ReceiveOne() {
+// The dialog may come and go unseen; the toolbar tells that the operation is over.
+bool Walk::ReceiveOne(const std::wstring& name, const std::wstring& folder) {
     program_.FocusPane(program_.List());
-    program_.SelectInList(program_.FindInList(L"README.txt"));
+    program_.SelectInList(program_.FindInList(name));
     program_.WaitFor([this] { return program_.ToolbarEnabled(40054); });
     program_.Command(40054);
-    program_.WaitFor([] { return GetFileAttributesW(L"README.txt") != INVALID_FILE_ATTRIBUTES; });
-    const bool ended = WaitForTransferEnd();
-    std::string seen;
-    const bool same = CheckReceived(L"README.txt", seen);
-    return Step("receive one file", ended && same, seen);
+    program_.WaitFor([&] { return GetFileAttributesW(name.c_str()) != INVALID_FILE_ATTRIBUTES; });
+    const bool ended = program_.WaitIdle(60000);
+    std::string seen = Utf8(name);
+    const bool same = CheckReceived(name, folder, seen);
+    return Step("receive one file", ended && same, seen + (same ? ", byte for byte" : ""));
 }
 
-bool Walk::ReceiveSeveral() {
+bool Walk::ReceiveAll(const char* what, const std::wstring& folder, const char* picture) {
     std::vector<std::wstring> names;
-    bool first = true;
+    program_.FocusPane(program_.List());
+    program_.UnselectAll();
     for (int i = 0; i < program_.ListCount(); ++i) {
-        // Regular files, by their permission text.
-        const std::wstring mode = program_.ListText(i, 2);
         const std::wstring name = program_.ListText(i);
-        if (mode.empty() || mode[0] != L'-' || name == L"README.txt") continue;
-        program_.SelectInList(i, !first);
-        first = false;
+        const bool isFile = program_.ListText(i, 2).starts_with(L'-');
+        if (!isFile || GetFileAttributesW(name.c_str()) != INVALID_FILE_ATTRIBUTES) continue;
+        program_.SelectInList(i, true);
         names.push_back(name);
     }
+    program_.WaitFor([this] { return program_.ToolbarEnabled(40054); });
     program_.Command(40054);
-    if (program_.WaitFor([this] { return program_.Dialog(L"Tessmir File Transfers") != nullptr; }, 3000)) Picture("receiving");
-    const bool ended = WaitForTransferEnd();
-    std::string seen;
+    if (program_.WaitFor([this] { return program_.Dialog(L"Tessmir File Transfers") != nullptr; }, 2000) && picture != nullptr) {
+        Picture(picture);
+    }
+    program_.WaitFor([&] { return GetFileAttributesW(names.back().c_str()) != INVALID_FILE_ATTRIBUTES; }, 60000);
+    const bool ended = program_.WaitIdle(60000);
+    std::string seen = std::to_string(names.size()) + " files of " + Utf8(folder);
     bool same = names.size() > 1;
-    for (const std::wstring& name : names) same = CheckReceived(name, seen) && same;
-    Picture("received");
-    return Step("receive several files", ended && same, seen);
+    for (const std::wstring& name : names) same = CheckReceived(name, folder, seen) && same;
+    return Step(what, ended && same, seen + (same ? ", byte for byte" : ""));
 }
 
 bool Walk::Disconnect() {
@@ -187,7 +176,7 @@ bool Walk::Disconnect() {
     const bool gone = program_.WaitFor([this] { return program_.ListCount() == 0; }) && program_.WaitIdle();
     Picture("disconnected");
     return Step("disconnect", gone && program_.Title().find(L"::") == std::wstring::npos,
-                "title \"" + Utf8(program_.Title()) + "\", list empty");
+                "title \"" + Utf8(program_.Title()) + "\", " + std::to_string(program_.ListCount()) + " entries");
 }
 
 bool Walk::Exit() {
@@ -196,9 +185,21 @@ bool Walk::Exit() {
 }
 
 int Walk::Run() {
-    const bool held = StartProgram() && Connect() && EnterDirectory() && ReceiveOne() && ReceiveSeveral() && Disconnect();
+    bool held = StartProgram() && Connect();
+    if (held) program_.Command(40057);  // details as on Unix
+    held = held && EnterDirectory(L"pub", L"/pub", L"source") && EnterDirectory(L"source", L"/pub/source", L"lamp.c");
+    if (held) Picture("directory");
+    held = held && ReceiveOne(L"lamp.c", L"/pub/source") && ReceiveAll("receive several files", L"/pub/source", nullptr);
+    if (held) place_ = program_.TreeNext(place_, TVGN_PARENT);
+    held = held && EnterDirectory(L"names", L"/pub/names", L"no_extension") &&
+           ReceiveAll("receive special names", L"/pub/names", nullptr);
+    if (held) Picture("names");
+    if (held) place_ = program_.TreeNext(place_, TVGN_PARENT);
+    held = held && EnterDirectory(L"big", L"/pub/big", L"random-12MiB.bin") &&
+           ReceiveAll("receive big files", L"/pub/big", "receiving");
+    held = held && Disconnect();
     if (!held) Picture("failed");
-    return (program_.Running() ? Exit() : false) && held ? 0 : 1;
+    return program_.Running() && Exit() && held ? 0 : 1;
 }
 
 }  // namespace
