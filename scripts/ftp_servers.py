@@ -72,17 +72,19 @@ def open_uploads(tree):
 class Server:
     """One running server. Ends with stop(), or when the process that started it ends."""
 
-    def __init__(self, name, tree, scratch, *, port=0, banner="", user_names=False):
+    def __init__(self, name, tree, scratch, *, port=0, banner="", user_names=False, rate=0):
         """Starts it and returns when it greets.
 
         `banner` is the text of its greeting where the server takes one (not Pure-FTPd). `user_names`: vsftpd shows
-        names of owners instead of numbers; the tree gets a hidden folder "etc" for that.
+        names of owners instead of numbers; the tree gets a hidden folder "etc" for that. `rate`: vsftpd's limit in
+        bytes per second.
         """
         self.name = name
         self.tree = pathlib.Path(tree).resolve()
         self.folder = pathlib.Path(scratch).resolve() / name
         self.banner = banner
         self.user_names = user_names
+        self.rate = rate
         self.process = None
         shutil.rmtree(self.folder, ignore_errors=True)
         self.folder.mkdir(parents=True)
@@ -202,6 +204,8 @@ def _vsftpd(server):
     }
     if server.banner:
         settings["banner_file"] = _write(server.folder / "banner", server.banner)
+    if server.rate:
+        settings["anon_max_rate"] = server.rate
     if server.user_names:
         # The session looks names up inside its own root folder.
         names = server.tree / "etc"

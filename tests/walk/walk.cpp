@@ -57,6 +57,7 @@ class Walk {
     bool EnterDirectory(const wchar_t* name, const wchar_t* path, const wchar_t* expectedFile);
     bool ReceiveOne(const std::wstring& name, const std::wstring& folder);
     bool ReceiveAll(const char* what, const std::wstring& folder, const char* picture);
+    bool WaitForProgress();
     bool Disconnect();
     bool Exit();
     bool CheckReceived(const std::wstring& name, const std::wstring& folder, std::string& seen);
@@ -133,6 +134,20 @@ bool Walk::CheckReceived(const std::wstring& name, const std::wstring& folder, s
     return same;
 }
 
+// The progress dialog stands with more than a megabyte received.
+bool Walk::WaitForProgress() {
+    constexpr int kBytesText = 1046;
+    constexpr std::size_t kSevenDigits = 7;
+    return program_.WaitFor(
+        [this] {
+            HWND dialog = program_.Dialog(L"Tessmir File Transfers");
+            if (dialog == nullptr) return false;
+            const std::wstring bytes = Program::TextOf(GetDlgItem(dialog, kBytesText));
+            return bytes.find(L" of 12582912") != std::wstring::npos && bytes.find(L' ') >= kSevenDigits;
+        },
+        10000);
+}
+
 // The dialog may come and go unseen; the toolbar tells that the operation is over.
 bool Walk::ReceiveOne(const std::wstring& name, const std::wstring& folder) {
     program_.FocusPane(program_.List());
@@ -159,9 +174,7 @@ bool Walk::ReceiveAll(const char* what, const std::wstring& folder, const char* 
     }
     program_.WaitFor([this] { return program_.ToolbarEnabled(40054); });
     program_.Command(40054);
-    if (program_.WaitFor([this] { return program_.Dialog(L"Tessmir File Transfers") != nullptr; }, 2000) && picture != nullptr) {
-        Picture(picture);
-    }
+    if (picture != nullptr && WaitForProgress()) Picture(picture);
     program_.WaitFor([&] { return GetFileAttributesW(names.back().c_str()) != INVALID_FILE_ATTRIBUTES; }, 60000);
     const bool ended = program_.WaitIdle(60000);
     std::string seen = std::to_string(names.size()) + " files of " + Utf8(folder);
