@@ -198,6 +198,8 @@ bool CreateFtpConsole(WindowHandle parent) {
     }
     SetWindowSubclass(window, ConsoleProc, kSubclassId, 0);
     DragAcceptFiles(window, FALSE);
+    // A line that another thread left while the last console went away belongs to that one.
+    TakeQueue();
     gConsole.threadId = GetCurrentThreadId();
     gConsole.window = window;
     Send(EM_SETLIMITTEXT);

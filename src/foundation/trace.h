@@ -52,7 +52,7 @@ void DbgVsprintfID(const char* funcName, unsigned messageId, const Values&... va
 OwnedText Zarn_Vsprintf(const char* funcName, const char* format, ...) __attribute__((format(printf, 2, 3)));
 
 // Formats into a buffer of `capacity` bytes, cuts the text to it, records the bounds pair, and traces by how many
-// characters it would have overrun. `written` (may be null) receives the uncut length.
+// characters it would have overrun. The uncut length is left in gBounds.
 std::string FormatBounded(const char* funcName, std::size_t capacity, const char* format, ...)
     __attribute__((format(printf, 3, 4)));
 // Records the bounds pair for a text already formatted and cuts and reports in the same way.
