@@ -100,7 +100,9 @@ void FillDisplay(LVITEMW& item) {
         if ((item.mask & LVIF_TEXT) != 0) CopyText({}, item.pszText, item.cchTextMax);
         return;
     }
-    if ((item.mask & LVIF_TEXT) != 0) {
+    if ((item.mask & LVIF_TEXT) != 0 && !NameIsWanted(*entry)) {
+        CopyText({}, item.pszText, item.cchTextMax);
+    } else if ((item.mask & LVIF_TEXT) != 0) {
         const int logical = LogicalColumnAt(gZarn.COLUMNS, item.iSubItem);
         CopyText(Wide(ShownName(ColumnText(*entry, logical))), item.pszText, item.cchTextMax);
     }

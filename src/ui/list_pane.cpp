@@ -60,6 +60,28 @@ DWORD ViewBits(UiStyle style) {
     }
 }
 
+// Length of the entries' names from which on they may be the widest; 0 while the control is not measuring.
+std::size_t gMeasuredFrom = 0;
+
+// A control that measures every text to find the widest does it fast when only the longest names are texts.
+class MeasureLongestOnly {
+  public:
+    MeasureLongestOnly() {
+        std::size_t longest = 0;
+        for (const LVobjectPtr& entry : gEntries) longest = std::max(longest, entry->name.view().size());
+        gMeasuredFrom = std::max<std::size_t>(1, longest - longest / 10);
+    }
+    ~MeasureLongestOnly() { gMeasuredFrom = 0; }
+    MeasureLongestOnly(const MeasureLongestOnly&) = delete;
+    MeasureLongestOnly& operator=(const MeasureLongestOnly&) = delete;
+};
+
+void SetViewBits(UiStyle style) {
+    const MeasureLongestOnly measuring;
+    const LONG bits = GetWindowLongW(gList, GWL_STYLE);
+    SetWindowLongW(gList, GWL_STYLE, (bits & ~LVS_TYPEMASK) | static_cast<LONG>(ViewBits(style)));
+}
+
 // Small arrow on the heading of the sorted column; -1: none.
 void ShowSortArrow(int logicalColumn, bool upwards) {
     HWND header = ListView_GetHeader(gList);
@@ -81,6 +103,23 @@ void SelectIndex(int index, bool focused) {
     ListView_SetItemState(gList, index, bits, bits);
 }
 
+// Above this many selected entries it is faster to let the control look at all.
+constexpr int kDeselectedOneByOne = 500;
+
+void ClearSelection() {
+    const int selected = SelectedCount();
+    if (selected > kDeselectedOneByOne) {
+        SendMessageW(gList, WM_SETREDRAW, FALSE, 0);
+        ListView_SetItemState(gList, -1, 0, LVIS_SELECTED);
+        SendMessageW(gList, WM_SETREDRAW, TRUE, 0);
+        InvalidateRect(gList, nullptr, TRUE);
+        return;
+    }
+    for (int i = -1; (i = ListView_GetNextItem(gList, i, LVNI_SELECTED)) >= 0;) {
+        ListView_SetItemState(gList, i, 0, LVIS_SELECTED);
+    }
+}
+
 // Which entries are selected and which one has the focus, while their places change.
 class SelectionKeeper {
   public:
@@ -91,7 +130,7 @@ class SelectionKeeper {
     }
     void Restore() const {
         if (Some()) {
-            ListView_SetItemState(gList, -1, 0, LVIS_SELECTED);
+            ClearSelection();
             for (int i = 0; i < EntryCount(); ++i) {
                 if (entries_.count(EntryAt(i)) != 0) SelectIndex(i, false);
             }
@@ -238,11 +277,16 @@ std::uint64_t SelectedBytes() {
 }
 
 void SelectAllEntries() {
+    // The control looks at every entry, and with redrawing on at every entry's place, too.
+    SendMessageW(gList, WM_SETREDRAW, FALSE, 0);
     ListView_SetItemState(gList, -1, LVIS_SELECTED, LVIS_SELECTED);
+    SendMessageW(gList, WM_SETREDRAW, TRUE, 0);
+    InvalidateRect(gList, nullptr, TRUE);
+    PostRefreshWindowState();
 }
 
 void SelectOnly(int index) {
-    ListView_SetItemState(gList, -1, 0, LVIS_SELECTED | LVIS_FOCUSED);
+    ClearSelection();
     if (EntryAt(index) == nullptr) return;
     SelectIndex(index, true);
     ListView_EnsureVisible(gList, index, FALSE);
@@ -266,8 +310,7 @@ void LV_ChangeView(UiStyle style, std::uint32_t columns) {
     }
     if (style != gZarn.uiStyle) {
         gZarn.uiStyle = style;
-        const LONG bits = GetWindowLongW(gList, GWL_STYLE);
-        SetWindowLongW(gList, GWL_STYLE, (bits & ~LVS_TYPEMASK) | static_cast<LONG>(ViewBits(style)));
+        SetViewBits(style);
     }
     SendMessageW(gList, WM_SETREDRAW, TRUE, 0);
     const int focused = ListView_GetNextItem(gList, -1, LVNI_FOCUSED);
@@ -288,6 +331,10 @@ void SortEntriesByClick(int position) {
     if (logical < 0) return;
     NoteColumnClick(gSort, logical);
     Resort(position, logical);
+}
+
+bool NameIsWanted(const LVobject& entry) {
+    return gMeasuredFrom == 0 || entry.name.view().size() >= gMeasuredFrom;
 }
 
 int IndexOfEntry(const LVobject* entry) {
