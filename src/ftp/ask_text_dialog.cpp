@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include "foundation/text_fit_window.h"
 #include "foundation/trace.h"
 #include "foundation/wide_text_window.h"
 #include "resources/resource.h"
@@ -9,6 +10,7 @@
 namespace {
 
 constexpr char kFuncName[] = "AskTextDlgProc";
+constexpr int kMostPromptLines = 8;
 
 struct Asking {
     const TextQuestion& question;
@@ -18,6 +20,7 @@ struct Asking {
 void OnInitDialog(HWND dialog, const Asking& asking) {
     SetText(dialog, asking.question.caption);
     SetItemText(dialog, IDC_ASK_PROMPT, asking.question.prompt);
+    FitDialogToText(dialog, IDC_ASK_PROMPT, kMostPromptLines);
     SendDlgItemMessageW(dialog, IDC_ASK_TEXT, EM_SETLIMITTEXT, asking.question.longest, 0);
     SetItemText(dialog, IDC_ASK_TEXT, asking.answer);
 }

@@ -13,11 +13,32 @@
 
 namespace {
 
+int LineHeight(HWND field) {
+    const HDC context = GetDC(field);
+    const HGDIOBJ font = reinterpret_cast<HGDIOBJ>(SendMessageW(field, WM_GETFONT, 0, 0));
+    const HGDIOBJ before = SelectObject(context, font);
+    TEXTMETRICW metrics{};
+    GetTextMetricsW(context, &metrics);
+    SelectObject(context, before);
+    ReleaseDC(field, context);
+    return metrics.tmHeight;
+}
+
+// A scroll bar is shown where there is something to scroll.
+void SetLongText(HWND dialog, int item, const std::string& text) {
+    const HWND field = GetDlgItem(dialog, item);
+    SetText(field, WithCrLf(text));
+    RECT area{};
+    SendMessageW(field, EM_GETRECT, 0, reinterpret_cast<LPARAM>(&area));
+    const auto lines = static_cast<int>(SendMessageW(field, EM_GETLINECOUNT, 0, 0));
+    if (lines * LineHeight(field) <= area.bottom - area.top) ShowScrollBar(field, SB_VERT, FALSE);
+}
+
 void FillFields(HWND dialog, const ServerErrorFields& fields) {
     SetItemText(dialog, IDC_ERROR_CODE, std::to_string(fields.code));
-    SetItemText(dialog, IDC_ERROR_REPLY, WithCrLf(fields.returned));
+    SetLongText(dialog, IDC_ERROR_REPLY, fields.returned);
     SetItemText(dialog, IDC_ERROR_DEFINITION, WithCrLf(fields.definition));
-    SetItemText(dialog, IDC_ERROR_TASK, WithCrLf(fields.task));
+    SetLongText(dialog, IDC_ERROR_TASK, fields.task);
 }
 
 INT_PTR CALLBACK ServerErrorDlgProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {

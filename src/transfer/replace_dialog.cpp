@@ -7,6 +7,7 @@
 #include "foundation/catalogue.h"
 #include "foundation/error_report.h"
 #include "foundation/message_ids.h"
+#include "foundation/text_fit_window.h"
 #include "foundation/text_helpers.h"
 #include "foundation/trace.h"
 #include "foundation/wide_text_window.h"
@@ -16,6 +17,7 @@
 namespace {
 
 constexpr char kFuncName[] = "ConfirmReplaceDlgProc";
+constexpr int kMostQuestionLines = 8;
 
 unsigned QuestionText(ExistingFile kind) {
     switch (kind) {
@@ -63,6 +65,7 @@ std::string DateText(FileTime time) {
 void OnInitDialog(HWND dialog, const ReplaceQuestion& question) {
     const MessageInsert inserts[] = {MessageInsert(question.name)};
     SetItemText(dialog, IDC_REPLACE_TEXT, FormatCatalogueText(QuestionText(question.kind), inserts));
+    FitDialogToText(dialog, IDC_REPLACE_TEXT, kMostQuestionLines);
     const LPCWSTR icon = question.kind == ExistingFile::Ordinary ? reinterpret_cast<LPCWSTR>(IDI_QUESTION)
                                                                  : reinterpret_cast<LPCWSTR>(IDI_WARNING);
     SendDlgItemMessageW(dialog, IDC_REPLACE_ICON, STM_SETICON, reinterpret_cast<WPARAM>(LoadIconW(nullptr, icon)), 0);
