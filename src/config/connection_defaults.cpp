@@ -1,5 +1,6 @@
 // Port values, mode values and column widths of defaults_store.h.
-#include <cstring>
+#include <algorithm>
+#include <iterator>
 
 #include "config/defaults_store.h"
 #include "foundation/catalogue.h"
@@ -179,9 +180,8 @@ void ApplySiteConnectionSettings(const char* siteName) {
     gZarn.mode = gZarn.defaultMode;
     const RegistryKey key = RegistryKey::Open(RegistryRoot::CurrentUser, StoreKeyPath(siteName));
     if (!key.IsOpen()) return;
-    for (const PortValue& value : kPortValues) {
-        if (key.ReadNumber(value.name)) gZarn.port = ReadPort(key, true);
-    }
+    const auto isStored = [&key](const PortValue& value) { return key.ReadNumber(value.name).has_value(); };
+    if (std::any_of(std::begin(kPortValues), std::end(kPortValues), isStored)) gZarn.port = ReadPort(key, true);
     if (gZarn.port.ftpPort == 0) gZarn.port.ftpPort = gZarn.defaultPort.ftpPort;
     if (key.ReadBytes("MODE", 1)) gZarn.mode = ReadMode(key);
 }

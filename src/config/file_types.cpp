@@ -22,6 +22,7 @@ namespace {
 struct TypeList {
     std::mutex lock;
     FTobject* head = nullptr;
+    FTobject* folder = nullptr;  // one of the list
     int count = 0;
     int unknownCount = 0;  // types made of extensions that nobody registered
     std::unordered_map<std::string, FTobject*> index;
@@ -254,11 +255,17 @@ FTobject* GetDefaultType(std::string_view extension) {
 }
 
 FTobject* AddFolderType() {
+    {
+        const std::scoped_lock guard(gTypes.lock);
+        if (gTypes.folder != nullptr) return gTypes.folder;
+    }
     const std::string name = CatalogueText(MSG_FILE_FOLDER);
-    if (FTobject* const existing = FindLocked(KeyOf(name))) return existing;
     TypePtr type = NewType(name, name);
     if (type != nullptr) type->isFolder = true;
-    return Publish(KeyOf(name), std::move(type));
+    FTobject* const folder = Publish(KeyOf(name), std::move(type));
+    const std::scoped_lock guard(gTypes.lock);
+    gTypes.folder = folder;
+    return folder;
 }
 
 FTobject* FileTypeOf(std::string_view name, bool isFolder) {
@@ -293,6 +300,7 @@ void FreeFileTypes() {
     gTypes.index.clear();
     gTypes.registered.clear();
     gTypes.extensionsListed = false;
+    gTypes.folder = nullptr;
     gTypes.count = 0;
     gTypes.unknownCount = 0;
 }

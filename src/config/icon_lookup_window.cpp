@@ -55,7 +55,7 @@ bool AddOwnIcon(HINSTANCE resources, const OwnIcon& own) {
 
 std::uint16_t IndexOfIconInfo(const char* iconInfo) {
     IconPair icons = GetIconFromIconInfo(iconInfo);
-    const int index = icons.large != nullptr || icons.small != nullptr ? AddIconToImageList(icons) : -1;
+    const int index = icons.largeIcon != nullptr || icons.smallIcon != nullptr ? AddIconToImageList(icons) : -1;
     DestroyIcons(icons);
     if (index >= 0 && index <= UINT16_MAX) return static_cast<std::uint16_t>(index);
     DbgVsprintf("AddFileType", "WARNING. Call to GetIconFromIconInfo(%s) Failed. Using Generic Icon", iconInfo);
@@ -116,8 +116,8 @@ IconPair GetIconFromIconInfo(const char* iconInfo) {
     std::string path;
     int number = 0;
     if (iconInfo == nullptr || !ParseIconInfo(iconInfo, path, number)) return icons;
-    const UINT found = ::ExtractIconExW(ExpandedPath(path).c_str(), number, &icons.large, &icons.small, 1);
-    if (found == UINT_MAX || (icons.large == nullptr && icons.small == nullptr)) {
+    const UINT found = ::ExtractIconExW(ExpandedPath(path).c_str(), number, &icons.largeIcon, &icons.smallIcon, 1);
+    if (found == UINT_MAX || (icons.largeIcon == nullptr && icons.smallIcon == nullptr)) {
         DbgVsprintf("GetIconFromIconInfo", "ERROR. No ICONS in %s. Returning NULL", path.c_str());
         DestroyIcons(icons);
     }
@@ -125,19 +125,19 @@ IconPair GetIconFromIconInfo(const char* iconInfo) {
 }
 
 void DestroyIcons(IconPair& icons) {
-    if (icons.large != nullptr) ::DestroyIcon(icons.large);
-    if (icons.small != nullptr) ::DestroyIcon(icons.small);
+    if (icons.largeIcon != nullptr) ::DestroyIcon(icons.largeIcon);
+    if (icons.smallIcon != nullptr) ::DestroyIcon(icons.smallIcon);
     icons = {};
 }
 
 int AddIconToImageList(const IconPair& icons) {
     // A file with one size only gives it to both lists, which scale it.
-    HICON const large = icons.large != nullptr ? icons.large : icons.small;
-    HICON const small = icons.small != nullptr ? icons.small : icons.large;
-    if (large == nullptr || gLargeList == nullptr || gSmallList == nullptr) return -1;
-    const int largeIndex = ::ImageList_AddIcon(gLargeList, large);
+    HICON const bigger = icons.largeIcon != nullptr ? icons.largeIcon : icons.smallIcon;
+    HICON const smaller = icons.smallIcon != nullptr ? icons.smallIcon : icons.largeIcon;
+    if (bigger == nullptr || gLargeList == nullptr || gSmallList == nullptr) return -1;
+    const int largeIndex = ::ImageList_AddIcon(gLargeList, bigger);
     if (largeIndex < 0) return -1;
-    const int smallIndex = ::ImageList_AddIcon(gSmallList, small);
+    const int smallIndex = ::ImageList_AddIcon(gSmallList, smaller);
     if (smallIndex == largeIndex) return largeIndex;
     DbgVsprintf("AddIconToImageList", "ERROR. Image list are NOT syncronized, (%d != %d) Returing -1", largeIndex,
                 smallIndex);

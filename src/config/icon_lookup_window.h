@@ -9,8 +9,8 @@
 #include <cstdint>
 
 struct IconPair {
-    HICON large = nullptr;  // owned; either may be missing
-    HICON small = nullptr;
+    HICON largeIcon = nullptr;  // owned; either may be missing
+    HICON smallIcon = nullptr;
 };
 
 // Indexes in both lists of the icons that entries take by their kind.

@@ -183,7 +183,7 @@ void SaveInitDirectory(const Site* site) {
     if (!CalendarToFileTime(platform::UniversalTimeNow(), now)) return;
     const std::string key = DirKey(DirsKey(site->pszSessionName.c_str()), site->pszDir.view());
     if (!WriteStamp("SaveInitDirectory", key, now)) {
-        DbgPrintApiError("SaveInitDirectory", "RegCreateKeyEx()", 0);
+        DbgPrintApiError("SaveInitDirectory", "RegCreateKeyEx()", platform::LastSystemError());
     }
 }
 
@@ -202,7 +202,7 @@ void SaveInitDirectories(Site* site) {
         const std::string key = DirKey(dirsKey, item.path);
         DbgVsprintf("SaveInitDirectories", "Creating Key: %s", key.c_str());
         if (WriteStamp("SaveInitDirectories", key, item.lastConnect)) continue;
-        DbgPrintApiError("SaveInitDirectories", "RegCreateKeyEx()", 0);
+        DbgPrintApiError("SaveInitDirectories", "RegCreateKeyEx()", platform::LastSystemError());
         DbgVsprintf("SaveInitDirectories", "ERROR. Failed to create Key: %s. Returning", key.c_str());
         return;
     }

@@ -41,7 +41,7 @@ OwnedText EmptyBuffer(std::size_t size) {
 OwnedText DefaultUser() {
     const std::string user = platform::UserName();
     if (user.empty()) {
-        DbgPrintApiError("Zarn_CreateDefaultSite", "GetUserName()", 0);
+        DbgPrintApiError("Zarn_CreateDefaultSite", "GetUserName()", platform::LastSystemError());
         return EmptyBuffer(kUserSize);
     }
     return OwnedText::Copy(std::string_view(user).substr(0, kLongestUser), kUserSize);

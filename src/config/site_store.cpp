@@ -42,7 +42,7 @@ void ShowNameTaken(const char* name) {
 OwnedText LoggedOnUser(const char* callerName) {
     const std::string user = platform::UserName();
     if (user.empty()) {
-        DbgPrintApiError(callerName, "GetUserName(UID)", 0);
+        DbgPrintApiError(callerName, "GetUserName(UID)", platform::LastSystemError());
         return {};
     }
     return OwnedText::Copy(std::string_view(user).substr(0, kLongestUser));
