@@ -28,7 +28,7 @@ export WINEDLLOVERRIDES='mscoree=;mshtml=;winemenubuilder.exe='
 export TMPDIR=$ZARN_BUILD/tmp
 mkdir -p "$TMPDIR" "$ZARN_WINE"
 
-prefix_recipe=2 # one more whenever the recipe below changes
+prefix_recipe=3 # one more whenever the recipe below changes
 
 # Says what a prefix was made of; its place counts because prefixes point into the template.
 prefix_stamp() { printf '%s recipe %s in %s\n' "$(wine --version 2>/dev/null)" "$prefix_recipe" "$ZARN_WINE"; }
@@ -88,16 +88,12 @@ build_prefix_template() {
     wineboot -i || exit 1
     # Wine of Debian does not look for its own fonts where fonts-wine puts them; dialogs get their true size with them.
     cp /usr/share/wine/fonts/*.ttf /usr/share/wine/fonts/*.fon "$template/drive_c/windows/Fonts/" || exit 1
-    # Names in Greek and Japanese show as such: the system's dialog font takes what it lacks from these two.
-    local links='hex(7):'
-    links+=$(printf '%s\0' 'LiberationSans-Regular.ttf,Liberation Sans' 'fonts-japanese-gothic.ttf,VL Gothic' '' |
-      od -An -v -tx1 | tr -s ' \n' ',,' | sed 's/^,//; s/,$//')
     # Managed=N: Wine draws title bars itself and hiding a window does not wait 2 s for a window manager.
     # The other two: a crash ends the program at once with a status of its own instead of a debugger's window.
     write_registry "$template" '[HKEY_CURRENT_USER\Software\Wine\X11 Driver]' '"Managed"="N"' \
       '[HKEY_CURRENT_USER\Software\Wine\WineDbg]' '"ShowCrashDialog"=dword:00000000' \
       '[HKEY_LOCAL_MACHINE\Software\Microsoft\Windows NT\CurrentVersion\AeDebug]' '"Debugger"="false"' \
-      '[HKEY_LOCAL_MACHINE\Software\Microsoft\Windows NT\CurrentVersion\FontLink\SystemLink]' "\"Tahoma\"=$links" || exit 1
+      '[HKEY_CURRENT_USER\Software\Wine\Fonts\Replacements]' '"MS UI Gothic"="VL Gothic"' '"Segoe UI Symbol"="Liberation Sans"' || exit 1
     end_prefix "$template"
     forget_socket "$template"
     # Desktop, Documents and the like are links into the user's real home folder.
