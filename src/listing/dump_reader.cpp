@@ -13,6 +13,7 @@ static_assert(kBlockSize > kLongestListingLine);
 
 // Position of the first CR or LF, or npos.
 std::size_t FindLineEnd(std::string_view text) {
+    if (text.empty()) return std::string_view::npos;
     const auto* feed = static_cast<const char*>(std::memchr(text.data(), '\n', text.size()));
     const std::size_t limit = feed != nullptr ? static_cast<std::size_t>(feed - text.data()) : text.size();
     const auto* carriage = static_cast<const char*>(std::memchr(text.data(), '\r', limit));

@@ -15,6 +15,7 @@
 #include "listing/dump_reader.h"
 #include "listing/line_parser.h"
 #include "listing/listing_view.h"
+#include "listing/lost_connection.h"
 
 ListingView gListingView;
 
@@ -144,6 +145,18 @@ bool SamePath(const OwnedText& a, const OwnedText& b) {
     return a && b && a.view() == b.view();
 }
 
+// Changes to a path; failures are shown, and a server that cannot be reached is disconnected.
+bool ChangeTo(const char* caller, Site* site, const OwnedText& path) {
+    char reply[kReplySize] = "";
+    int result = 0;
+    if (ChangeRemoteDirectory(site, path.c_str(), reply, &result, true)) return true;
+    if (result == FTP_CLOSE || result == SOCKET_ERROR) {
+        DbgVsprintf(caller, "ERROR. Can't Send to FTP Server. Closing Connection");
+        if (gSessionView.postDisconnect != nullptr) gSessionView.postDisconnect(site);
+    }
+    return false;
+}
+
 // Changes to the node's folder when the session stands elsewhere.
 bool EnterFolder(Site* site, TVobject* node) {
     constexpr char kName[] = "LV_ListDirectory";
@@ -154,9 +167,7 @@ bool EnterFolder(Site* site, TVobject* node) {
     }
     if (SamePath(path, site->pszCurrentDir)) return true;
     DbgVsprintf(kName, "Changing Directory to %s", path.c_str());
-    char reply[kReplySize] = "";
-    int result = 0;
-    return ChangeRemoteDirectory(site, path.c_str(), reply, &result, true);
+    return ChangeTo(kName, site, path);
 }
 
 // What a change of folder does before it lists; the result of the listing, or 0.
@@ -170,9 +181,7 @@ int ChangeAndList(TVobject* node) {
         return LV_ListDirectory(node);
     }
     const std::string from = site->pszCurrentDir.c_str();
-    char reply[kReplySize] = "";
-    int result = 0;
-    if (!ChangeRemoteDirectory(site, path.c_str(), reply, &result, true)) return 0;
+    if (!ChangeTo(kName, site, path)) return 0;
     DbgVsprintf(kName, "( FROM %s TO %s ) HAD to change dir!", from.c_str(), path.c_str());
     return LV_ListDirectory(node);
 }
@@ -196,6 +205,7 @@ int LV_ListDirectory(TVobject* node) {
         // What came before the failure is not the folder: the list stays as it was.
         DeleteListingDumpFile();
         DoPrintIdArgs(MSG_DIR_LIST_RETURNED, static_cast<unsigned>(result));
+        EndLostConnection(kName, site, result, reply);
         return result;
     }
     if (!gSession.exiting) SetTransferAbort(false);
@@ -244,15 +254,5 @@ bool TV_PreSelect(TVobject* node) {
     if (path.empty()) return false;
     if (SamePath(path, site->pszCurrentDir)) return true;
     DbgVsprintf(kName, "Calling ChangeRemoteDirectory(%s)", path.c_str());
-    char reply[kReplySize] = "";
-    int result = 0;
-    if (ChangeRemoteDirectory(site, path.c_str(), reply, &result, true)) {
-        if (!SamePath(path, site->pszCurrentDir)) site->pszCurrentDir = OwnedText::Copy(path.view());
-        return true;
-    }
-    if (result == FTP_CLOSE || result == SOCKET_ERROR) {
-        DbgVsprintf(kName, "ERROR. Can't Send to FTP Server. Closing Connection");
-        if (gSessionView.postDisconnect != nullptr) gSessionView.postDisconnect(site);
-    }
-    return false;
+    return ChangeTo(kName, site, path);
 }

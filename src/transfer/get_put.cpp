@@ -15,6 +15,7 @@
 #include "ftp/reserved_names.h"
 #include "ftp/result_codes.h"
 #include "ftp/session_state.h"
+#include "listing/lost_connection.h"
 #include "platform/files.h"
 #include "platform/system.h"
 #include "transfer/local_names.h"
@@ -84,6 +85,13 @@ bool ChooseLocalName(TransferNode& node, std::string& name) {
     return true;
 }
 
+// Without a connection nothing more can be fetched.
+bool EndIfLost(Site* site, int result, const char* reply, std::atomic<bool>& abort) {
+    if (!EndLostConnection(kName, site, result, reply)) return false;
+    abort = true;
+    return true;
+}
+
 // Makes the folder that holds the file the session's current one.
 bool EnterLocation(Site* site, TransferNode& node, std::atomic<bool>& abort) {
     while (site->pszCurrentDir.empty() || site->pszCurrentDir.view() != node.pszLocation.view()) {
@@ -93,7 +101,7 @@ bool EnterLocation(Site* site, TransferNode& node, std::atomic<bool>& abort) {
         const int result = DoCWD(site, node.pszLocation.c_str(), reply, true);
         if (result == FTP_COMPLETE) return true;
         node.iRetCode = result;
-        if (!HasControlSocket(site) || result == FTP_CLOSE) abort = true;
+        if (abort || StopRequested() || EndIfLost(site, result, reply, abort)) return false;
         if (!WantsRetry(TransferDlgError(node.pszLocation.c_str(), kRemoteFolderOption, 0, reply), abort)) return false;
     }
     return true;
@@ -127,10 +135,11 @@ bool FetchOnce(Site* site, TransferNode& node, const ReceiveTarget& target, char
         return false;
     }
     if (node.iRetCode == FTP_COMPLETE) node.iRetCode = FTP_ERROR;
-    if (abort || gSession.aborting || gSession.exiting) return false;
-    if (!HasControlSocket(site) || result == FTP_CLOSE) abort = true;
-    if (node.iRetCode == kLocalAccessDenied) {
+    if (abort || StopRequested()) return false;
+    if (localError != 0) {
         answer = ReportLocalError(target.finalPath, localError);
+    } else if (EndIfLost(site, result, reply, abort)) {
+        return false;
     } else {
         answer = TransferDlgError(node.pszRemoteName.c_str(), kRefusedOption, 0, reply);
         if (answer == BoxAnswer::None) answer = ReportIncomplete(node);

@@ -46,8 +46,6 @@ class TransferRun {
             DbgVsprintf(caller, "ERROR. Server NOT Ready.");
             return false;
         }
-        // What an earlier operation was stopped by does not stop this one.
-        if (!gSession.exiting) SetTransferAbort(false);
         remoteStart_ = site_->pszCurrentDir.c_str();
         if (gTransferView.showDialog != nullptr) gTransferView.showDialog();
         RefreshCountersText();

@@ -15,6 +15,7 @@
 #include "ftp/session_state.h"
 #include "listing/dump_reader.h"
 #include "listing/line_parser.h"
+#include "listing/lost_connection.h"
 #include "platform/files.h"
 #include "transfer/destinations.h"
 #include "transfer/disk_space.h"
@@ -86,8 +87,9 @@ void CountFailure() {
 bool ListFolder(Site* site, const std::string& path, const char* file, std::atomic<bool>& abort) {
     while (true) {
         char reply[kReplySize] = "";
-        if (ListContentsByName(site, path.c_str(), file, reply, abort) == FTP_COMPLETE) return true;
-        if (!HasControlSocket(site)) abort = true;
+        const int result = ListContentsByName(site, path.c_str(), file, reply, abort);
+        if (result == FTP_COMPLETE) return true;
+        if (!abort && EndLostConnection(kName, site, result, reply)) abort = true;
         if (abort || site->pszCurrentDir.view() == path) return false;
         const BoxAnswer answer = TransferDlgError(path.c_str(), kRemoteFolderOption, 0, reply);
         if (answer == BoxAnswer::Abort) abort = true;

@@ -1,0 +1,21 @@
+#include "listing/lost_connection.h"
+
+#include "foundation/trace.h"
+#include "ftp/control_connection.h"
+#include "ftp/remote_commands.h"
+#include "ftp/result_codes.h"
+#include "ftp/session_state.h"
+#include "ftp/worker.h"
+
+bool EndLostConnection(const char* callerName, Site* site, int result, const char* reply) {
+    // Without a control socket the engine has told it already.
+    if (!HasControlSocket(site)) return true;
+    if (StopRequested()) return false;
+    if (result != FTP_CLOSE) {
+        if (IsReplyLine(reply)) return false;
+        result = DoNoop(site);
+    }
+    if (result != FTP_CLOSE && result != SOCKET_ERROR) return false;
+    Zarn_HandleFtpReset(callerName, site);
+    return true;
+}
