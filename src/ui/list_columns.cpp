@@ -23,14 +23,14 @@ struct ColumnInfo {
     int largest;  // that measuring gives it
 };
 constexpr std::array<ColumnInfo, kLogicalColumns> kColumnInfo = {{
-    {MSG_COLUMN_NAME, 220, 420},
-    {MSG_COLUMN_TYPE, 130, 240},
-    {MSG_COLUMN_UMASK, 86, 130},
-    {MSG_COLUMN_LINKS, 50, 90},
-    {MSG_COLUMN_OWNER, 70, 200},
-    {MSG_COLUMN_GROUP, 70, 200},
-    {MSG_COLUMN_SIZE, 76, 160},
-    {MSG_COLUMN_TIMESTAMP, 130, 240},
+    {MSG_COLUMN_NAME, 200, 420},
+    {MSG_COLUMN_TYPE, 110, 240},
+    {MSG_COLUMN_UMASK, 84, 130},
+    {MSG_COLUMN_LINKS, 48, 90},
+    {MSG_COLUMN_OWNER, 68, 200},
+    {MSG_COLUMN_GROUP, 68, 200},
+    {MSG_COLUMN_SIZE, 72, 160},
+    {MSG_COLUMN_TIMESTAMP, 118, 240},
 }};
 constexpr std::array<int, kColumnsWindows> kWindowsLayout = {kColumnName, kColumnType, kColumnSize, kColumnTimestamp};
 

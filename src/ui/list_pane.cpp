@@ -206,10 +206,23 @@ void LV_AddEntries(TVobject* folder, std::vector<LVobjectPtr> entries) {
         std::move(entries.begin(), entries.end(), std::back_inserter(gEntries));
     }
     ShowCount();
+    if (gZarn.uiStyle != UiStyle::Details) InvalidateRect(gList, nullptr, TRUE);
     if (!gColumnsFitted && !gEntries.empty()) {
         gColumnsFitted = true;
         FitColumns(gList, gZarn.COLUMNS);
     }
+}
+
+void LV_EntriesComplete() {
+    if (gList == nullptr) return;
+    if (gZarn.uiStyle == UiStyle::List || gZarn.uiStyle == UiStyle::SmallIcons) {
+        // The control measures the width of these views' columns only when a view begins.
+        SendMessageW(gList, WM_SETREDRAW, FALSE, 0);
+        SetViewBits(UiStyle::Details);
+        SetViewBits(gZarn.uiStyle);
+        SendMessageW(gList, WM_SETREDRAW, TRUE, 0);
+    }
+    InvalidateRect(gList, nullptr, TRUE);
 }
 
 int LV_AddItem(LVobjectPtr entry) {

@@ -21,6 +21,8 @@ HWND ListWindow();
 void InitListView();
 // The pane owns the entries from here on. Shown at once; the folder they belong to is `folder`.
 void LV_AddEntries(TVobject* folder, std::vector<LVobjectPtr> entries);
+// The last of them was added: what depends on all of them is settled.
+void LV_EntriesComplete();
 // Adds one entry; returns its index, or -1 (and frees it).
 int LV_AddItem(LVobjectPtr entry);
 void LV_DeleteItem(int index);

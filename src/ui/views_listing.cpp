@@ -74,6 +74,7 @@ void EndListing(TVobject* folder) {
     RefreshNode(folder);
     if (ListedFolder() == nullptr) LV_AddEntries(folder, {});  // an empty folder is shown, too
     if (TakeNodeToOpen() == folder) ExpandNode(folder);
+    LV_EntriesComplete();
     SelectOnly(0);
     RefreshWindowState();
     SetFocus(TreeWindow());
