@@ -10,6 +10,7 @@
 #include "../support/host_registry.h"
 #include "fault_injection.h"
 #include "host_errors.h"
+#include "host_handles.h"
 #include "platform/system.h"
 
 namespace platform {
@@ -98,7 +99,7 @@ Key* KeyOf(RegistryKeyHandle handle) {
         host::Fail(host::kErrorInvalidHandle);
         return nullptr;
     }
-    Key* const key = reinterpret_cast<KeyReference*>(handle)->get();
+    Key* const key = host::FromHandle<KeyReference>(handle)->get();
     if (!key->deleted) return key;
     host::Fail(host::kErrorKeyDeleted);
     return nullptr;
@@ -128,7 +129,7 @@ int WriteValue(RegistryKeyHandle handle, const char* name, ValueType type, const
 }
 
 RegistryKeyHandle NewHandle(const KeyReference& key) {
-    return reinterpret_cast<RegistryKeyHandle>(new KeyReference(key));
+    return host::ToHandle(new KeyReference(key));
 }
 
 // Takes the last key of a path out of its parent.
@@ -173,7 +174,7 @@ RegistryKey::~RegistryKey() {
     if (handle_ == kNoKey) return;
     if (written_) Flush();
     const std::lock_guard lock(Store().guard);
-    delete reinterpret_cast<KeyReference*>(handle_);
+    delete host::FromHandle<KeyReference>(handle_);
 }
 
 RegistryKey RegistryKey::Open(RegistryRoot root, const std::string& path) {

@@ -13,6 +13,7 @@
 
 #include "fault_injection.h"
 #include "host_errors.h"
+#include "host_handles.h"
 
 namespace platform {
 namespace {
@@ -49,7 +50,7 @@ bool Wait(Event& event, std::uint32_t milliseconds) {
 using EventReference = std::shared_ptr<Event>;
 
 EventReference EventOf(EventHandle handle) {
-    return *reinterpret_cast<EventReference*>(handle);
+    return *host::FromHandle<EventReference>(handle);
 }
 
 // What the handle stands for.
@@ -117,16 +118,16 @@ ThreadHandle StartThread(ThreadRoutine routine, void* argument) {
         return kNoThread;
     }
     static_cast<void>(start.release());
-    return reinterpret_cast<ThreadHandle>(thread.release());
+    return host::ToHandle(thread.release());
 }
 
 bool WaitThread(ThreadHandle thread, std::uint32_t milliseconds) {
-    return Wait(*reinterpret_cast<Thread*>(thread)->ended, milliseconds);
+    return Wait(*host::FromHandle<Thread>(thread)->ended, milliseconds);
 }
 
 void CloseThread(ThreadHandle thread) {
     if (thread == kNoThread) return;
-    const std::unique_ptr<Thread> record(reinterpret_cast<Thread*>(thread));
+    const std::unique_ptr<Thread> record(host::FromHandle<Thread>(thread));
     if (WaitThread(thread, 0)) {
         ::pthread_join(record->id, nullptr);
     } else {
@@ -150,7 +151,7 @@ void SleepMilliseconds(std::uint32_t milliseconds) {
 
 EventHandle CreateManualEvent() {
     if (fault_injection::Strikes(fault_injection::Call::CreateEvent)) return 0;
-    return reinterpret_cast<EventHandle>(new EventReference(std::make_shared<Event>()));
+    return host::ToHandle(new EventReference(std::make_shared<Event>()));
 }
 
 void SignalEvent(EventHandle event) {
@@ -162,7 +163,7 @@ bool WaitEvent(EventHandle event, std::uint32_t milliseconds) {
 }
 
 void CloseEvent(EventHandle event) {
-    delete reinterpret_cast<EventReference*>(event);
+    delete host::FromHandle<EventReference>(event);
 }
 
 MutexHandle CreateNamedMutex(const char* name) {
@@ -174,12 +175,12 @@ MutexHandle CreateNamedMutex(const char* name) {
         mutex = std::make_shared<NamedMutex>();
         entry = mutex;
     }
-    return reinterpret_cast<MutexHandle>(new MutexReference(mutex));
+    return host::ToHandle(new MutexReference(mutex));
 }
 
 bool TakeMutex(MutexHandle mutex, std::uint32_t milliseconds) {
     if (mutex == 0) return host::Fail(host::kErrorInvalidHandle);
-    const MutexReference record = *reinterpret_cast<MutexReference*>(mutex);
+    const MutexReference record = *host::FromHandle<MutexReference>(mutex);
     const std::uint32_t self = CurrentThreadId();
     std::unique_lock lock(record->guard);
     const auto isFree = [&record, self] { return record->owner == 0 || record->owner == self; };
@@ -191,7 +192,7 @@ bool TakeMutex(MutexHandle mutex, std::uint32_t milliseconds) {
 
 void ReleaseMutex(MutexHandle mutex) {
     if (mutex == 0) return;
-    const MutexReference record = *reinterpret_cast<MutexReference*>(mutex);
+    const MutexReference record = *host::FromHandle<MutexReference>(mutex);
     const std::lock_guard lock(record->guard);
     if (record->owner != CurrentThreadId()) {
         host::Fail(host::kErrorNotOwner);
@@ -204,7 +205,7 @@ void ReleaseMutex(MutexHandle mutex) {
 }
 
 void CloseMutex(MutexHandle mutex) {
-    delete reinterpret_cast<MutexReference*>(mutex);
+    delete host::FromHandle<MutexReference>(mutex);
 }
 
 }  // namespace platform

@@ -205,6 +205,12 @@ TEST_F(Files, DeletedFilesAreGone) {
     EXPECT_FALSE(Exists(path));
 }
 
+TEST_F(Files, MakeWritableNeedsAFile) {
+    EXPECT_TRUE(platform::MakeWritable(Make("a.txt", "text").c_str()));
+    EXPECT_FALSE(platform::MakeWritable(Path("none.txt").c_str()));
+    EXPECT_EQ(platform::LastSystemError(), 2u);
+}
+
 TEST_F(Files, MoveRenamesAFile) {
     const std::string from = Make("a.txt", "text");
     const std::string to = Path("b.txt");

@@ -54,6 +54,8 @@ TEST_F(HostFiles, ReadOnlyFilesAreReadOnlyForRootToo) {
     platform::FileInfo info;
     ASSERT_TRUE(platform::GetFileInfo(file_.c_str(), info));
     EXPECT_TRUE(info.isReadOnly);
+    EXPECT_TRUE(platform::MakeWritable(file_.c_str()));
+    EXPECT_TRUE(CanOpen(file_, FileAccess::Write, FileDisposition::OpenExisting));
 }
 
 TEST_F(HostFiles, ReadOnlyFoldersTakeNothingNew) {
