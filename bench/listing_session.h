@@ -1,0 +1,50 @@
+// One run of the real program against the benchmark's server: connects, lists a folder with the stages timed, times the
+// commands of the list pane. Says on stderr what did not come true.
+#pragma once
+
+#include <string>
+
+#include "ui_driver/program.h"
+#include "window_watch.h"
+
+// Seconds from the moment the server had got LIST.
+struct ListingTimes {
+    double serverSent = 0;    // the server had sent its final reply
+    double firstShown = 0;    // the pane has entries
+    double allShown = 0;      // it has them all, is drawn, and the program takes the next command
+    double longestStall = 0;  // longest time in which the window did not answer, from the choice of the folder on
+    double stallBegan = 0;    // when that was, from LIST on
+};
+
+// Seconds each, drawing included.
+struct CommandTimes {
+    double sortBySize = 0;
+    double sortByName = 0;
+    double selectAll = 0;
+    double openInTree = 0;  // the folder's own folders enter the tree
+    double leave = 0;       // from the root's LIST until the root is shown instead
+    double leaveStall = 0;  // longest time in which the window did not answer meanwhile
+};
+
+class ListingSession {
+  public:
+    // Starts the program, whose store holds the site "Benchmark", and connects.
+    bool Open();
+    bool List(int entries, ListingTimes& times);
+    // For the folder that List showed; ends in the root.
+    bool TimeCommands(int entries, CommandTimes& times);
+    double PeakMegabytes() const;
+    bool Close() { return program_.Close(); }
+
+  private:
+    HTREEITEM Root() const;
+    bool Settled() const;
+    bool WaitShown(int entries, ListingTimes& times);
+    // Opens the selected node of the tree.
+    void OpenSelected() const;
+    double TimedCommand(unsigned id) const;
+
+    Program program_;
+    WindowWatch watch_;
+    int rootEntries_ = 0;
+};
