@@ -38,7 +38,9 @@ std::wstring OwnFolder() {
     return folder.substr(0, folder.find_last_of(L'\\') + 1);
 }
 
-HWND FindChildOfClass(HWND parent, const wchar_t* className) { return FindWindowExW(parent, nullptr, className, nullptr); }
+HWND FindChildOfClass(HWND parent, const wchar_t* className) {
+    return FindWindowExW(parent, nullptr, className, nullptr);
+}
 
 }  // namespace
 
@@ -81,20 +83,30 @@ bool Program::Close(DWORD milliseconds) {
     return exitCode == 0;
 }
 
-HWND Program::Child(int id) const { return GetDlgItem(main_, id); }
-HWND Program::StatusBar() const { return FindChildOfClass(main_, STATUSCLASSNAMEW); }
-HWND Program::Toolbar() const { return FindChildOfClass(main_, TOOLBARCLASSNAMEW); }
+HWND Program::Child(int id) const {
+    return GetDlgItem(main_, id);
+}
+HWND Program::StatusBar() const {
+    return FindChildOfClass(main_, STATUSCLASSNAMEW);
+}
+HWND Program::Toolbar() const {
+    return FindChildOfClass(main_, TOOLBARCLASSNAMEW);
+}
 
 std::wstring Program::TextOf(HWND window) {
     const auto length = static_cast<std::size_t>(SendMessageW(window, WM_GETTEXTLENGTH, 0, 0));
     std::wstring text(length + 1, L'\0');
-    text.resize(static_cast<std::size_t>(
-        SendMessageW(window, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(text.data()))));
+    text.resize(
+        static_cast<std::size_t>(SendMessageW(window, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(text.data()))));
     return text;
 }
 
-std::wstring Program::Title() const { return TextOf(main_); }
-std::wstring Program::ConsoleText() const { return Console() == nullptr ? std::wstring() : TextOf(Console()); }
+std::wstring Program::Title() const {
+    return TextOf(main_);
+}
+std::wstring Program::ConsoleText() const {
+    return Console() == nullptr ? std::wstring() : TextOf(Console());
+}
 
 bool Program::ReadRemote(std::size_t offset, void* to, std::size_t size) const {
     return ReadProcessMemory(process_.hProcess, static_cast<char*>(Remote()) + offset, to, size, nullptr) != 0;
@@ -173,8 +185,7 @@ void Program::PressKey(HWND window, WORD key) const {
 }
 
 HTREEITEM Program::TreeNext(HTREEITEM item, UINT relation) const {
-    return reinterpret_cast<HTREEITEM>(
-        SendMessageW(Tree(), TVM_GETNEXTITEM, relation, reinterpret_cast<LPARAM>(item)));
+    return reinterpret_cast<HTREEITEM>(SendMessageW(Tree(), TVM_GETNEXTITEM, relation, reinterpret_cast<LPARAM>(item)));
 }
 
 std::wstring Program::TreeText(HTREEITEM item) const {
@@ -237,8 +248,8 @@ bool TakeScreenshot(const std::string& unixPath) {
     STARTUPINFOA startup{};
     startup.cb = sizeof(startup);
     PROCESS_INFORMATION process{};
-    if (!CreateProcessA("Z:\\usr\\bin\\import", commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
-                        &process)) {
+    if (!CreateProcessA("Z:\\usr\\bin\\import", commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
+                        &startup, &process)) {
         return false;
     }
     WaitForSingleObject(process.hProcess, 10000);

@@ -2,8 +2,8 @@
 // keys, takes pictures. Runs on Windows and under Wine; every wait has a bound.
 #pragma once
 
-#include <windows.h>
 #include <commctrl.h>
+#include <windows.h>
 
 #include <functional>
 #include <string>

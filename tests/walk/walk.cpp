@@ -96,7 +96,8 @@ bool Walk::StartProgram() {
 bool Walk::Connect() {
     program_.WaitFor([this] { return program_.ToolbarEnabled(40021); });
     program_.Command(40021);
-    const bool listed = program_.WaitFor([this] { return program_.FindInList(L"pub") >= 0; }, 20000) && program_.WaitIdle();
+    const bool listed =
+        program_.WaitFor([this] { return program_.FindInList(L"pub") >= 0; }, 20000) && program_.WaitIdle();
     const bool welcomed = program_.ConsoleText().find(L"220") != std::wstring::npos;
     program_.ExpandInTree(place_);
     place_ = program_.TreeNext(place_, TVGN_CHILD);
@@ -116,8 +117,8 @@ bool Walk::EnterDirectory(const wchar_t* name, const wchar_t* path, const wchar_
     const bool titled = program_.Title().ends_with(std::wstring(L"::") + path);
     place_ = directory;
     const int entry = program_.FindInList(expectedFile);
-    std::string seen = "title \"" + Utf8(program_.Title()) + "\", " + std::to_string(program_.ListCount()) + " entries, " +
-                       Utf8(program_.ListText(entry));
+    std::string seen = "title \"" + Utf8(program_.Title()) + "\", " + std::to_string(program_.ListCount()) +
+                       " entries, " + Utf8(program_.ListText(entry));
     bool complete = true;
     for (int column : {4, 6, 7}) {  // owner, size, date in the Unix layout
         const std::wstring text = program_.ListText(entry, column);
@@ -202,7 +203,8 @@ int Walk::Run() {
     if (held) program_.Command(40057);  // details as on Unix
     held = held && EnterDirectory(L"pub", L"/pub", L"source") && EnterDirectory(L"source", L"/pub/source", L"lamp.c");
     if (held) Picture("directory");
-    held = held && ReceiveOne(L"lamp.c", L"/pub/source") && ReceiveAll("receive several files", L"/pub/source", nullptr);
+    held =
+        held && ReceiveOne(L"lamp.c", L"/pub/source") && ReceiveAll("receive several files", L"/pub/source", nullptr);
     if (held) place_ = program_.TreeNext(place_, TVGN_PARENT);
     held = held && EnterDirectory(L"names", L"/pub/names", L"no_extension") &&
            ReceiveAll("receive special names", L"/pub/names", nullptr);
@@ -217,4 +219,6 @@ int Walk::Run() {
 
 }  // namespace
 
-int main() { return Walk().Run(); }
+int main() {
+    return Walk().Run();
+}

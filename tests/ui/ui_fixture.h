@@ -1,0 +1,50 @@
+// The real program with a fresh store, a site of its own on a scripted server, and an empty local folder as its current
+// one. Runs under Wine only: on Windows it would replace the user's own settings.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+
+#include "config/settings.h"
+#include "support/scripted_server.h"
+#include "ui_driver/program.h"
+
+class UiTest : public testing::Test {
+  public:
+    static std::wstring Wide(const std::string& text);
+
+  protected:
+    void SetUp() override;
+    void TearDown() override;
+
+    // Stores the site "Test" on the scripted server (or another host and port) and starts the program.
+    void StartProgram();
+    // The same, then connects and waits until the root is listed.
+    void StartConnected();
+    void Connect();
+    bool WaitListed(const std::wstring& name);
+    // Opens the tree down to a folder below the site's root and selects it.
+    HTREEITEM EnterFolder(const std::wstring& name);
+    void ReceiveSelected();
+    // Waits for a dialog whose text holds `text` (null: any), keeps a picture of it, and presses a button of it.
+    bool AnswerDialog(const std::wstring& caption, const std::wstring& text, int button);
+    std::wstring DialogText(HWND dialog);
+    std::wstring ErrorField(HWND dialog, int id) { return Program::TextOf(GetDlgItem(dialog, id)); }
+    void Picture(const std::string& name);
+    bool ConsoleHas(const std::wstring& text);
+    std::string LocalBytes(const std::string& name);
+    int LocalFileCount();
+
+    std::string host_ = "127.0.0.1";
+    std::uint16_t port_ = 0;  // 0: the scripted server's
+    std::string user_ = "user";
+    std::string password_ = "secret";
+    PortInfo portInfo_;
+    ZarnSettings settings_;  // what the store holds when the program starts
+    std::unique_ptr<ScriptedServer> server_;
+    std::string folder_;
+    std::wstring before_;
+    std::unique_ptr<Program> program_;
+};
