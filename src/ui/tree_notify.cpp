@@ -105,7 +105,23 @@ bool OnDoubleClick() {
     return true;
 }
 
-bool OnKeyDown(WORD key) {
+void OnSelectionChanged(const NMTREEVIEWW& notice) {
+    SetBold(notice.itemOld.hItem, false);
+    SetBold(notice.itemNew.hItem, true);
+    TV_OnSelChanged(NodeOf(notice.itemNew), notice.action == TVC_BYMOUSE);
+}
+
+}  // namespace
+
+void OpenWhenListed(TVobject* node) {
+    gOpenWhenListed = node;
+}
+
+TVobject* TakeNodeToOpen() {
+    return std::exchange(gOpenWhenListed, nullptr);
+}
+
+bool TV_HandleKey(WORD key) {
     switch (key) {
         case VK_BACK:
         case VK_TAB:
@@ -124,22 +140,6 @@ bool OnKeyDown(WORD key) {
         default:
             return false;
     }
-}
-
-void OnSelectionChanged(const NMTREEVIEWW& notice) {
-    SetBold(notice.itemOld.hItem, false);
-    SetBold(notice.itemNew.hItem, true);
-    TV_OnSelChanged(NodeOf(notice.itemNew), notice.action == TVC_BYMOUSE);
-}
-
-}  // namespace
-
-void OpenWhenListed(TVobject* node) {
-    gOpenWhenListed = node;
-}
-
-TVobject* TakeNodeToOpen() {
-    return std::exchange(gOpenWhenListed, nullptr);
 }
 
 bool TV_NotifyHandler(NMHDR* header, LRESULT& result) {
@@ -164,7 +164,7 @@ bool TV_NotifyHandler(NMHDR* header, LRESULT& result) {
             if (TVobject* node = NodeOf(notice.itemOld)) node->hItem = 0;
             return false;
         case TVN_KEYDOWN:
-            result = OnKeyDown(reinterpret_cast<NMTVKEYDOWN*>(header)->wVKey);
+            result = TV_HandleKey(reinterpret_cast<NMTVKEYDOWN*>(header)->wVKey);
             return true;
         case TVN_BEGINLABELEDITW:
             result = !TV_BeginLabelEdit(NodeOf(reinterpret_cast<NMTVDISPINFOW*>(header)->item));

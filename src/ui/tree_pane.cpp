@@ -92,6 +92,30 @@ HTREEITEM SortedPosition(const TVobject* node) {
     return after;
 }
 
+// Keys that the control would act on, or beep at, after its parent has dealt with them: on Backspace it selects the
+// parent item whatever the notification was answered.
+bool IsParentsKey(WPARAM key) {
+    return key == VK_BACK || key == VK_TAB || key == VK_RETURN;
+}
+
+LRESULT CALLBACK TreeProc(HWND tree, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id, DWORD_PTR) {
+    switch (message) {
+        case WM_KEYDOWN:
+            if (!IsParentsKey(wParam)) break;
+            TV_HandleKey(static_cast<WORD>(wParam));
+            return 0;
+        case WM_CHAR:
+            if (IsParentsKey(wParam)) return 0;
+            break;
+        case WM_NCDESTROY:
+            RemoveWindowSubclass(tree, TreeProc, id);
+            break;
+        default:
+            break;
+    }
+    return DefSubclassProc(tree, message, wParam, lParam);
+}
+
 class RedrawPause {
   public:
     RedrawPause() { SendMessageW(gTree, WM_SETREDRAW, FALSE, 0); }
@@ -134,6 +158,7 @@ bool CreateTreePane(HWND parent) {
         return false;
     }
     TreeView_SetUnicodeFormat(gTree, TRUE);
+    SetWindowSubclass(gTree, TreeProc, 1, 0);
     if (!InitTreeViewImageLists(gApp.dpi)) {
         DbgVsprintf(kFunction, "InitTreeViewImageLists failed!");
         DestroyWindow(gTree);

@@ -56,6 +56,8 @@ void OpenWhenListed(TVobject* node);
 TVobject* TakeNodeToOpen();
 void SetTvTitleText(const Site* site);
 
+// A key pressed in the tree; true when it is dealt with.
+bool TV_HandleKey(WORD key);
 // WM_NOTIFY of the tree; true when handled, with the answer in `result`.
 bool TV_NotifyHandler(NMHDR* header, LRESULT& result);
 void ForEachSite(void (*visit)(Site* site, void* context), void* context);
