@@ -9,13 +9,7 @@ constexpr int kYesToAll = 1249;
 
 class ReceiveTest : public UiTest {
   protected:
-    void PutLocalFile(const std::string& name, const std::string& bytes) {
-        const platform::FileHandle file = platform::OpenFile(
-            (folder_ + "\\" + name).c_str(), {platform::FileAccess::Write, platform::FileDisposition::CreateAlways});
-        ASSERT_NE(file, platform::kNoFile);
-        ASSERT_TRUE(platform::WriteFile(file, bytes));
-        platform::CloseFile(file);
-    }
+    void PutLocalFile(const std::string& name, const std::string& bytes) { folder_->Write(name, bytes); }
     void SelectAndReceive(const std::wstring& name) {
         program_->SelectInList(program_->FindInList(name));
         ReceiveSelected();
@@ -32,7 +26,7 @@ TEST_F(ReceiveTest, OneFileArrivesByteForByte) {
     ASSERT_TRUE(program_->WaitFor([this] { return server_->CountCommands("RETR") == 1; }));
     ASSERT_TRUE(program_->WaitIdle());
     EXPECT_EQ(LocalBytes("data.bin"), bytes);
-    EXPECT_EQ(LocalFileCount(), 1);
+    EXPECT_EQ(LocalFileCount(), 1u);
 }
 
 TEST_F(ReceiveTest, AnExistingFileIsAskedForAndNoKeepsIt) {
@@ -44,7 +38,7 @@ TEST_F(ReceiveTest, AnExistingFileIsAskedForAndNoKeepsIt) {
     EXPECT_TRUE(AnswerDialog(L"Confirm File Replace", L"This folder already contains a file called 'a.txt'.", IDNO));
     ASSERT_TRUE(program_->WaitIdle());
     EXPECT_EQ(LocalBytes("a.txt"), "mine");
-    EXPECT_EQ(LocalFileCount(), 1);
+    EXPECT_EQ(LocalFileCount(), 1u);
 }
 
 TEST_F(ReceiveTest, YesToAllReplacesTheFollowingOnesWithoutAsking) {
@@ -74,7 +68,7 @@ TEST_F(ReceiveTest, AFailedTransferNeverCostsTheFileThatWasThere) {
     EXPECT_TRUE(AnswerDialog(L"Zarn Transfer Error", L"", IDIGNORE));
     ASSERT_TRUE(program_->WaitIdle());
     EXPECT_EQ(LocalBytes("a.txt"), "mine");
-    EXPECT_EQ(LocalFileCount(), 1);
+    EXPECT_EQ(LocalFileCount(), 1u);
 }
 
 TEST_F(ReceiveTest, AFileRefusedWith550IsToldAndTheOthersGoOn) {
@@ -88,7 +82,7 @@ TEST_F(ReceiveTest, AFileRefusedWith550IsToldAndTheOthersGoOn) {
     ReceiveSelected();
     EXPECT_TRUE(AnswerDialog(L"Zarn Transfer Error", L"Permission denied", IDIGNORE));
     ASSERT_TRUE(program_->WaitIdle());
-    EXPECT_EQ(LocalFileCount(), 1);
+    EXPECT_EQ(LocalFileCount(), 1u);
 }
 
 TEST_F(ReceiveTest, HostileNamesStayInsideTheChosenFolder) {
@@ -110,10 +104,10 @@ TEST_F(ReceiveTest, HostileNamesStayInsideTheChosenFolder) {
     ReceiveSelected();
     ASSERT_TRUE(program_->WaitFor([this] { return server_->CountCommands("RETR") == 6; }));
     ASSERT_TRUE(program_->WaitIdle());
-    EXPECT_EQ(LocalFileCount(), 6);
+    EXPECT_EQ(LocalFileCount(), 6u);
     EXPECT_EQ(LocalBytes("%n%s"), "data");
     platform::FileInfo info;
-    EXPECT_FALSE(platform::GetFileInfo((folder_ + "\\..\\..\\x").c_str(), info));
+    EXPECT_FALSE(platform::GetFileInfo(folder_->PathOf("../../x").c_str(), info));
 }
 
 TEST_F(ReceiveTest, AReservedNameIsRefusedWithOnlyAnOkButton) {
@@ -124,7 +118,7 @@ TEST_F(ReceiveTest, AReservedNameIsRefusedWithOnlyAnOkButton) {
     EXPECT_TRUE(AnswerDialog(L"Zarn Transfer Error", L"are reserved", IDOK));
     ASSERT_TRUE(program_->WaitIdle());
     EXPECT_EQ(server_->CountCommands("RETR"), 0);
-    EXPECT_EQ(LocalFileCount(), 0);
+    EXPECT_EQ(LocalFileCount(), 0u);
 }
 
 TEST_F(ReceiveTest, AbortInTheMiddleLeavesNothingAndTheConnectionUsable) {
@@ -140,9 +134,9 @@ TEST_F(ReceiveTest, AbortInTheMiddleLeavesNothingAndTheConnectionUsable) {
     Program::PressButton(dialog, 1029);
     ASSERT_TRUE(program_->WaitFor([&] { return !IsWindow(dialog); }));
     ASSERT_TRUE(program_->WaitIdle());
-    EXPECT_EQ(LocalFileCount(), 0);
+    EXPECT_EQ(LocalFileCount(), 0u);
     SelectAndReceive(L"big.bin");
-    ASSERT_TRUE(program_->WaitFor([this] { return LocalFileCount() == 1; }));
+    ASSERT_TRUE(program_->WaitFor([this] { return LocalFileCount() == 1u; }));
     ASSERT_TRUE(program_->WaitIdle());
     EXPECT_EQ(LocalBytes("big.bin"), "x");
 }
@@ -168,7 +162,7 @@ TEST_F(ReceiveTest, ExitWhileATransferRunsEndsTheProgramInOrder) {
     SelectAndReceive(L"slow.bin");
     ASSERT_TRUE(program_->WaitFor([this] { return server_->CountCommands("RETR") == 1; }));
     EXPECT_TRUE(program_->Close());
-    EXPECT_EQ(LocalFileCount(), 0);
+    EXPECT_EQ(LocalFileCount(), 0u);
 }
 
 TEST_F(ReceiveTest, ASelectedFolderIsReceivedWithAllBelowIt) {
@@ -179,8 +173,8 @@ TEST_F(ReceiveTest, ASelectedFolderIsReceivedWithAllBelowIt) {
     SelectAndReceive(L"pub");
     ASSERT_TRUE(program_->WaitFor([this] { return server_->CountCommands("RETR") == 2; }));
     ASSERT_TRUE(program_->WaitIdle());
-    EXPECT_EQ(LocalBytes("pub\\a.txt"), "A");
-    EXPECT_EQ(LocalBytes("pub\\sub\\b.txt"), "B");
+    EXPECT_EQ(LocalBytes("pub/a.txt"), "A");
+    EXPECT_EQ(LocalBytes("pub/sub/b.txt"), "B");
 }
 
 }  // namespace

@@ -5,7 +5,6 @@
 #include "config/defaults_store.h"
 #include "config/site_store.h"
 #include "foundation/text_helpers.h"
-#include "platform/files.h"
 #include "platform/registry.h"
 #include "platform/sockets.h"
 #include "platform/system.h"
@@ -17,21 +16,6 @@ constexpr unsigned kReceive = 40054;
 
 bool RunsUnderWine() {
     return GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr;
-}
-
-void RemoveFolderTree(const std::string& folder) {
-    std::vector<platform::FileInfo> entries;
-    platform::ListFolder(folder.c_str(), entries);
-    for (const platform::FileInfo& entry : entries) {
-        const std::string path = folder + "\\" + entry.name;
-        if (entry.isFolder) {
-            RemoveFolderTree(path);
-        } else {
-            SetFileAttributesW(UiTest::Wide(path).c_str(), FILE_ATTRIBUTE_NORMAL);
-            platform::DeleteFilePath(path.c_str());
-        }
-    }
-    platform::RemoveFolder(folder.c_str());
 }
 
 }  // namespace
@@ -47,13 +31,7 @@ void UiTest::SetUp() {
     if (library.empty()) ASSERT_EQ(platform::StartSockets(library), 0);
     platform::DeleteRegistryTree(kRootKey);
     server_ = std::make_unique<ScriptedServer>();
-    folder_ = platform::TemporaryFolder() + "zarn-ui-" + std::to_string(GetCurrentProcessId());
-    RemoveFolderTree(folder_);
-    ASSERT_TRUE(platform::CreateFolder(folder_.c_str()));
-    wchar_t current[MAX_PATH];
-    GetCurrentDirectoryW(MAX_PATH, current);
-    before_ = current;
-    SetCurrentDirectoryW(Wide(folder_).c_str());
+    folder_ = std::make_unique<LocalFolder>();
     LoadConfiguration();
     settings_ = gZarn;
     settings_.VERBOSE = 1;
@@ -65,8 +43,7 @@ void UiTest::TearDown() {
     if (program_ != nullptr && program_->Running()) EXPECT_TRUE(program_->Close()) << "the program does not end";
     program_.reset();
     server_.reset();
-    if (!before_.empty()) SetCurrentDirectoryW(before_.c_str());
-    if (!folder_.empty()) RemoveFolderTree(folder_);
+    folder_.reset();
     platform::DeleteRegistryTree(kRootKey);
 }
 
@@ -148,22 +125,4 @@ void UiTest::Picture(const std::string& name) {
 
 bool UiTest::ConsoleHas(const std::wstring& text) {
     return program_->WaitFor([&] { return program_->ConsoleText().find(text) != std::wstring::npos; });
-}
-
-std::string UiTest::LocalBytes(const std::string& name) {
-    const platform::FileHandle file = platform::OpenFile((folder_ + "\\" + name).c_str(), {});
-    if (file == platform::kNoFile) return "(no file)";
-    std::string bytes;
-    char block[4096];
-    for (int count = platform::ReadFile(file, block); count > 0; count = platform::ReadFile(file, block)) {
-        bytes.append(block, static_cast<std::size_t>(count));
-    }
-    platform::CloseFile(file);
-    return bytes;
-}
-
-int UiTest::LocalFileCount() {
-    std::vector<platform::FileInfo> entries;
-    platform::ListFolder(folder_.c_str(), entries);
-    return static_cast<int>(entries.size());
 }

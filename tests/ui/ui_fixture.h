@@ -8,6 +8,7 @@
 #include <string>
 
 #include "config/settings.h"
+#include "support/local_folder.h"
 #include "support/scripted_server.h"
 #include "ui_driver/program.h"
 
@@ -34,8 +35,8 @@ class UiTest : public testing::Test {
     std::wstring ErrorField(HWND dialog, int id) { return Program::TextOf(GetDlgItem(dialog, id)); }
     void Picture(const std::string& name);
     bool ConsoleHas(const std::wstring& text);
-    std::string LocalBytes(const std::string& name);
-    int LocalFileCount();
+    std::string LocalBytes(const std::string& name) { return folder_->Read(name); }
+    std::size_t LocalFileCount() { return folder_->Contents().size(); }
 
     std::string host_ = "127.0.0.1";
     std::uint16_t port_ = 0;  // 0: the scripted server's
@@ -44,7 +45,6 @@ class UiTest : public testing::Test {
     PortInfo portInfo_;
     ZarnSettings settings_;  // what the store holds when the program starts
     std::unique_ptr<ScriptedServer> server_;
-    std::string folder_;
-    std::wstring before_;
+    std::unique_ptr<LocalFolder> folder_;
     std::unique_ptr<Program> program_;
 };
