@@ -18,5 +18,5 @@ std::optional<std::string> ShellDescription(const std::string& className);
 // "DefaultIcon" of a class, of the extension's class when `className` is empty; empty when there is none. A class name
 // too long for a path is shown.
 std::string GetRootIconInfo(std::string_view extension, std::string className = {});
-// The command registered for a type, null when there is none.
+// The command registered for a type, null when there is none; names of environment variables stay as they are.
 OwnedText Zarn_GetActionCommand(const FTobject* type, bool print);

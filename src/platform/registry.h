@@ -33,7 +33,8 @@ class RegistryKey {
     bool IsOpen() const { return handle_ != kNoKey; }
     // The default value is named by an empty name. A value of another type, or absent, gives nothing.
     std::optional<std::uint32_t> ReadNumber(const char* name) const;
-    // At most `longest` bytes including the terminator; a longer stored text gives nothing.
+    // At most `longest` bytes including the terminator; a longer stored text gives nothing. Names of environment
+    // variables stay unexpanded in a text that is marked for it (the shell's icon locations are).
     std::optional<std::string> ReadText(const char* name, std::size_t longest) const;
     std::optional<std::vector<std::uint8_t>> ReadBytes(const char* name, std::size_t longest) const;
     // Results: 0 or the system's error number.

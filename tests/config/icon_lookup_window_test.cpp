@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "config/file_types.h"
+#include "config/shell_classes.h"
 #include "config/store_fixture.h"
 
 class IconLookup : public StoreTest {
@@ -116,4 +117,16 @@ TEST_F(IconLookup, TypesIconIsAddedOnFirstShowAndAMissingOneIsGeneric) {
     EXPECT_EQ(IconOf(&lost), kGenericFileIcon);
     EXPECT_TRUE(view_.HasLine(
         "AddFileType() WARNING. Call to GetIconFromIconInfo(c:\\no such file.dll,0) Failed. Using Generic Icon"));
+}
+
+TEST_F(IconLookup, LocationMarkedForExpansionIsReadAsItStands) {
+    HKEY key = nullptr;
+    if (!GiveClass(".zarnx", "zarnxfile") || !SetClassText("zarnxfile\\DefaultIcon", "") ||
+        ::RegOpenKeyExA(HKEY_CLASSES_ROOT, "zarnxfile\\DefaultIcon", 0, KEY_ALL_ACCESS, &key) != ERROR_SUCCESS) {
+        GTEST_SKIP() << "this system lets no test register a class";
+    }
+    const char location[] = "%SystemRoot%\\system32\\shell32.dll,0";
+    ::RegSetValueExA(key, "", 0, REG_EXPAND_SZ, reinterpret_cast<const BYTE*>(location), sizeof location);
+    ::RegCloseKey(key);
+    EXPECT_EQ(GetRootIconInfo(".zarnx"), location);
 }

@@ -30,7 +30,7 @@ void RemoveClassKey(const std::string& key) {
 }  // namespace
 
 void StoreTest::SetUp() {
-    const std::string root = "Software\\ZarnTest\\" + std::to_string(platform::CurrentProcessId());
+    const std::string root = "Software\\ZarnTest" + std::to_string(platform::CurrentProcessId());
     SetStoreRoot(root.c_str());
     platform::DeleteRegistryTree(root);
     gZarn = ZarnSettings();

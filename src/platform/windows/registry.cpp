@@ -173,7 +173,7 @@ std::optional<std::uint32_t> RegistryKey::ReadNumber(const char* name) const {
 std::optional<std::string> RegistryKey::ReadText(const char* name, std::size_t longest) const {
     DWORD type = 0;
     std::vector<std::uint8_t> bytes;
-    if (!ReadRaw(handle_, name, type, bytes) || type != REG_SZ) return std::nullopt;
+    if (!ReadRaw(handle_, name, type, bytes) || (type != REG_SZ && type != REG_EXPAND_SZ)) return std::nullopt;
     std::wstring wide(bytes.size() / sizeof(wchar_t), L'\0');
     if (!wide.empty()) std::memcpy(wide.data(), bytes.data(), wide.size() * sizeof(wchar_t));
     // Stored with or without a terminator, the text ends at the first one.
