@@ -14,6 +14,7 @@
 #include "ftp/control_connection.h"
 #include "ftp/error_texts.h"
 #include "ftp/late_reply.h"
+#include "ftp/login.h"
 #include "ftp/reply_reader.h"
 #include "ftp/session_state.h"
 #include "platform/clock.h"
@@ -161,6 +162,12 @@ int ResultOfCode(int code) {
     return result;
 }
 
+// A reply without end: whatever follows could not be told from the reply to the next command.
+void DropBrokenServer(Site* site) {
+    AbandonStoredSocket(site->pSock->ctrl_skt);
+    if (!gSession.connecting) LoseControlConnection("ReadDisplayLine", site);
+}
+
 // Reads a whole reply; an undisturbed one within `milliseconds`.
 int ReadReply(Site* site, ReplyBuffer reply, Waiting waiting, std::uint32_t milliseconds, bool continuing = false) {
     constexpr char kFuncName[] = "ReadDisplayLine";
@@ -197,8 +204,7 @@ int ReadReply(Site* site, ReplyBuffer reply, Waiting waiting, std::uint32_t mill
         if (!continuing) return ResultOfCode(replyCode);
         if (number >= kMostReplyLines || bytes > kMostReplyBytes) {
             DoPrintIdArgs(MSG_REPLY_TOO_LONG, static_cast<unsigned>(bytes));
-            // Whatever follows cannot be told from the reply to the next command any more.
-            platform::ShutdownSocket(site->pSock->ctrl_skt, platform::ShutdownHow::Both);
+            DropBrokenServer(site);
             return SOCKET_ERROR;
         }
     }
@@ -259,7 +265,7 @@ int ReadDisplayServerStat(Site* site, void (*addLine)(void* context, const char*
         addLine(context, line.data());
         if (!continuing) return replyCode;
         if (number >= kMostReplyLines) {
-            platform::ShutdownSocket(site->pSock->ctrl_skt, platform::ShutdownHow::Both);
+            DropBrokenServer(site);
             return SOCKET_ERROR;
         }
     }
