@@ -15,4 +15,6 @@ INT_PTR CALLBACK AboutDlgProc(HWND dialog, UINT message, WPARAM wParam, LPARAM) 
 
 }  // namespace
 
-void ShowAboutDialog(HWND owner) { DialogBoxParamW(gApp.instance, L"AboutDlg", owner, AboutDlgProc, 0); }
+void ShowAboutDialog(HWND owner) {
+    DialogBoxParamW(gApp.instance, L"AboutDlg", owner, AboutDlgProc, 0);
+}

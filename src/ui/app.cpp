@@ -2,4 +2,6 @@
 
 App gApp;
 
-int Scaled(int pixelsAt96) { return MulDiv(pixelsAt96, static_cast<int>(gApp.dpi), 96); }
+int Scaled(int pixelsAt96) {
+    return MulDiv(pixelsAt96, static_cast<int>(gApp.dpi), 96);
+}

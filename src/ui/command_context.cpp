@@ -12,7 +12,9 @@ Site* SelectedSite() {
     return TV_GetFtpSite(node);
 }
 
-bool CommandsRefused() { return OperationRunning() || gSession.exiting; }
+bool CommandsRefused() {
+    return OperationRunning() || gSession.exiting;
+}
 
 CommandContext CurrentCommandContext() {
     CommandContext context;
@@ -24,8 +26,9 @@ CommandContext CurrentCommandContext() {
     const Site* site = SelectedSite();
     context.siteConnected = site != nullptr && site->bConnected != 0;
     const TVobject* listed = ListedFolder();
-    const bool listsLocal = listed != nullptr && (listed->wObjType == kKindLocalComputer ||
-                                                  listed->wObjType == kKindLocalRoot || listed->wObjType == kKindLocalFolder);
+    const bool listsLocal =
+        listed != nullptr && (listed->wObjType == kKindLocalComputer || listed->wObjType == kKindLocalRoot ||
+                              listed->wObjType == kKindLocalFolder);
     context.hostType = listsLocal ? HOST_TYPE_LOCAL : site != nullptr ? site->dwCurType : HOST_TYPE_AUTO;
     context.listItems = EntryCount();
     context.selected = SelectedCount();

@@ -6,7 +6,9 @@ namespace {
 constexpr std::string_view kDebugSwitch = "-d";
 }
 
-bool WantsDebugTrace(std::string_view commandLine) { return commandLine.find(kDebugSwitch) != std::string_view::npos; }
+bool WantsDebugTrace(std::string_view commandLine) {
+    return commandLine.find(kDebugSwitch) != std::string_view::npos;
+}
 
 std::string_view WithoutDebugSwitch(std::string_view commandLine) {
     const std::size_t at = commandLine.find(kDebugSwitch);

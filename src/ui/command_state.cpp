@@ -7,8 +7,12 @@
 
 namespace {
 
-bool IsRemoteFolder(std::uint32_t kind) { return kind == kKindSiteRoot || kind == kKindFolder; }
-bool IsLocalFolder(std::uint32_t kind) { return kind == kKindLocalRoot || kind == kKindLocalFolder; }
+bool IsRemoteFolder(std::uint32_t kind) {
+    return kind == kKindSiteRoot || kind == kKindFolder;
+}
+bool IsLocalFolder(std::uint32_t kind) {
+    return kind == kKindLocalRoot || kind == kKindLocalFolder;
+}
 
 FileMenuState ForTree(const CommandContext& context) {
     FileMenuState state;
@@ -88,7 +92,8 @@ bool ToolbarButtonEnabled(unsigned commandId, const CommandContext& context, boo
         case IDM_DELETE:
             return inList || (inTree && context.nodeKind == kKindSite && !context.siteConnected);
         case IDM_PROPERTIES:
-            return (inList && isRemote) || (inTree && (context.nodeKind == kKindSite || IsRemoteFolder(context.nodeKind)));
+            return (inList && isRemote) ||
+                   (inTree && (context.nodeKind == kKindSite || IsRemoteFolder(context.nodeKind)));
         case IDM_NEWFOLDER:
             return (context.siteConnected && IsRemoteFolder(context.nodeKind)) || IsLocalFolder(context.nodeKind);
         case IDM_QUICKVIEW:

@@ -5,7 +5,7 @@
 
 struct CommandContext {
     enum class Focus { None, Tree, List } focus = Focus::None;
-    std::uint32_t nodeKind = 0;   // kind of the selected tree node, 0 for none
+    std::uint32_t nodeKind = 0;  // kind of the selected tree node, 0 for none
     bool siteConnected = false;
     std::uint32_t hostType = 7000;
     int listItems = 0;

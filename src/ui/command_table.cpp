@@ -35,9 +35,13 @@ namespace {
 constexpr char kFunction[] = "ProcessCommandsWndProc";
 constexpr int kConsoleLinesKept = 20;
 
-void OnAbort(HWND, UINT) { Zarn_Abort(); }
+void OnAbort(HWND, UINT) {
+    Zarn_Abort();
+}
 
-void OnAbout(HWND window, UINT) { ShowAboutDialog(window); }
+void OnAbout(HWND window, UINT) {
+    ShowAboutDialog(window);
+}
 
 void OnStatistics(HWND window, UINT) {
     Site* site = SelectedSite();
@@ -54,7 +58,9 @@ void OnConnect(HWND, UINT) {
     Zarn_SetMainWindowText();
 }
 
-void OnCopy(HWND, UINT) { ShowMessageBox("Got a IDM_COPY Message", nullptr, BoxButtons::Ok, BoxIcon::None); }
+void OnCopy(HWND, UINT) {
+    ShowMessageBox("Got a IDM_COPY Message", nullptr, BoxButtons::Ok, BoxIcon::None);
+}
 
 void Redraw(HWND window, bool on) {
     SendMessageW(window, WM_SETREDRAW, on, 0);
@@ -78,9 +84,13 @@ void OnDisconnect(HWND, UINT) {
     RefreshWindowState();
 }
 
-void OnExit(HWND window, UINT) { PostMessageW(window, WM_CLOSE, 0, 0); }
+void OnExit(HWND window, UINT) {
+    PostMessageW(window, WM_CLOSE, 0, 0);
+}
 
-void OnHelp(HWND window, UINT) { ShowHelpContents(window); }
+void OnHelp(HWND window, UINT) {
+    ShowHelpContents(window);
+}
 
 void OnView(HWND, UINT id) {
     switch (id) {
@@ -110,7 +120,9 @@ void OnParentFolder(HWND, UINT) {
     if (node != nullptr && node->pTVparent != nullptr) SelectNode(node->pTVparent);
 }
 
-void OnRefresh(HWND, UINT) { RefreshSelectedFolder(); }
+void OnRefresh(HWND, UINT) {
+    RefreshSelectedFolder();
+}
 
 void OnTransfersDone() {
     ShowStatusText("");
@@ -148,7 +160,9 @@ void OnSelectAll(HWND, UINT) {
     SelectAllEntries();
 }
 
-void OnShowConsole(HWND window, UINT) { Zarn_ShowConsole(window, true); }
+void OnShowConsole(HWND window, UINT) {
+    Zarn_ShowConsole(window, true);
+}
 
 struct SortCommand {
     UINT id;
@@ -179,7 +193,9 @@ void OnSetCursor(HWND, UINT) {
     SetCursor(LoadCursorW(nullptr, reinterpret_cast<LPCWSTR>(OperationRunning() ? IDC_WAIT : IDC_ARROW)));
 }
 
-void OnClearConsole(HWND, UINT) { EditClear(0, EditGetLineCount() - kConsoleLinesKept); }
+void OnClearConsole(HWND, UINT) {
+    EditClear(0, EditGetLineCount() - kConsoleLinesKept);
+}
 
 struct Command {
     UINT id;
@@ -253,7 +269,9 @@ bool MayRunMeanwhile(UINT id) {
 
 }  // namespace
 
-bool CommandIsAvailable(unsigned id) { return FindCommand(id) != nullptr; }
+bool CommandIsAvailable(unsigned id) {
+    return FindCommand(id) != nullptr;
+}
 
 bool ProcessCommandsWndProc(HWND window, UINT id) {
     const Command* command = FindCommand(id);

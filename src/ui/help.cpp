@@ -24,4 +24,6 @@ void ShowHelpContents(HWND window) {
     WinHelpW(window, Wide(gApp.helpFile).c_str(), HELP_CONTENTS, 0);
 }
 
-void CloseHelp(HWND window) { WinHelpW(window, Wide(gApp.helpFile).c_str(), HELP_QUIT, 0); }
+void CloseHelp(HWND window) {
+    WinHelpW(window, Wide(gApp.helpFile).c_str(), HELP_QUIT, 0);
+}

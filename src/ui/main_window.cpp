@@ -45,9 +45,10 @@ constexpr int kFirstHeight = 640;
 constexpr std::uint32_t kWorkerEnd = 5000;  // milliseconds that a worker gets to end when the window closes
 
 HWND CreateTitleBar(HWND parent) {
-    return CreateWindowExW(0, L"STATIC", L"",
-                           WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS | SS_LEFT | SS_CENTERIMAGE | SS_NOPREFIX | SS_ENDELLIPSIS,
-                           0, 0, 0, 0, parent, nullptr, gApp.instance, nullptr);
+    return CreateWindowExW(
+        0, L"STATIC", L"",
+        WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS | SS_LEFT | SS_CENTERIMAGE | SS_NOPREFIX | SS_ENDELLIPSIS, 0, 0, 0, 0,
+        parent, nullptr, gApp.instance, nullptr);
 }
 
 void SetPaneFonts() {
@@ -94,11 +95,13 @@ void RememberPlacement(HWND window) {
 }
 
 // A stored place that no screen shows any more (a screen was taken away) is replaced by the system's choice.
-bool IsOnAScreen(const RECT& place) { return MonitorFromRect(&place, MONITOR_DEFAULTTONULL) != nullptr; }
+bool IsOnAScreen(const RECT& place) {
+    return MonitorFromRect(&place, MONITOR_DEFAULTTONULL) != nullptr;
+}
 
 RECT FirstPlacement() {
-    const bool stored = gZarn.xPos != kDefaultPlacement && gZarn.nWidth != kDefaultPlacement && gZarn.nWidth > 0 &&
-                        gZarn.nHeight > 0;
+    const bool stored =
+        gZarn.xPos != kDefaultPlacement && gZarn.nWidth != kDefaultPlacement && gZarn.nWidth > 0 && gZarn.nHeight > 0;
     if (stored) {
         const RECT place{gZarn.xPos, gZarn.yPos, gZarn.xPos + gZarn.nWidth, gZarn.yPos + gZarn.nHeight};
         if (IsOnAScreen(place)) return {gZarn.xPos, gZarn.yPos, gZarn.nWidth, gZarn.nHeight};
@@ -180,7 +183,9 @@ bool OnNotify(NMHDR* header, LRESULT& result) {
     return LV_NotifyHandler(header, result);
 }
 
-void SwapFocus() { SetFocus(gApp.focus == Pane::Tree ? ListWindow() : TreeWindow()); }
+void SwapFocus() {
+    SetFocus(gApp.focus == Pane::Tree ? ListWindow() : TreeWindow());
+}
 
 void OnDpiChanged(HWND window, UINT dpi, const RECT& suggested) {
     gApp.dpi = dpi;
@@ -204,8 +209,8 @@ bool RegisterMainWindowClass() {
     description.lpfnWndProc = MainWndProc;
     description.hInstance = gApp.instance;
     description.hIcon = LoadIconW(gApp.instance, L"IDI_ZARN");
-    description.hIconSm = static_cast<HICON>(LoadImageW(gApp.instance, L"IDI_ZARN", IMAGE_ICON, GetSystemMetrics(SM_CXSMICON),
-                                                        GetSystemMetrics(SM_CYSMICON), 0));
+    description.hIconSm = static_cast<HICON>(LoadImageW(
+        gApp.instance, L"IDI_ZARN", IMAGE_ICON, GetSystemMetrics(SM_CXSMICON), GetSystemMetrics(SM_CYSMICON), 0));
     description.hCursor = nullptr;  // set by WM_SETCURSOR
     description.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1);
     description.lpszMenuName = L"ZarnMenu";
@@ -219,8 +224,8 @@ HWND CreateTheMainWindow() {
     gApp.dpi = WindowDpi(nullptr);
     const RECT place = FirstPlacement();
     return CreateWindowExW(0, Wide(gApp.shortName).c_str(), Wide(gApp.longName).c_str(),
-                           WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, place.left, place.top, place.right, place.bottom, nullptr,
-                           nullptr, gApp.instance, nullptr);
+                           WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, place.left, place.top, place.right, place.bottom,
+                           nullptr, nullptr, gApp.instance, nullptr);
 }
 
 bool CreateAppWindows(HWND mainWindow) {

@@ -15,7 +15,9 @@
 
 namespace {
 
-bool InMenu(HMENU menu, unsigned command) { return GetMenuState(menu, command, MF_BYCOMMAND) != static_cast<UINT>(-1); }
+bool InMenu(HMENU menu, unsigned command) {
+    return GetMenuState(menu, command, MF_BYCOMMAND) != static_cast<UINT>(-1);
+}
 
 void Enable(HMENU menu, unsigned command, bool enable) {
     EnableMenuItem(menu, command, MF_BYCOMMAND | (enable && CommandIsAvailable(command) ? MF_ENABLED : MF_GRAYED));
@@ -24,7 +26,7 @@ void Enable(HMENU menu, unsigned command, bool enable) {
 struct NamedItem {
     unsigned command;
     const char* name;
-    bool FileMenuState::* enabled;
+    bool FileMenuState::*enabled;
 };
 
 constexpr std::array<NamedItem, 6> kFileItems = {{
@@ -160,7 +162,8 @@ TVobject* NodeAt(POINT screen, HTREEITEM& item) {
     hit.pt = screen;
     ScreenToClient(TreeWindow(), &hit.pt);
     item = TreeView_HitTest(TreeWindow(), &hit);
-    if (item == nullptr || (hit.flags & (TVHT_ONITEM | TVHT_ONITEMBUTTON | TVHT_ONITEMINDENT | TVHT_ONITEMRIGHT)) == 0) {
+    if (item == nullptr ||
+        (hit.flags & (TVHT_ONITEM | TVHT_ONITEMBUTTON | TVHT_ONITEMINDENT | TVHT_ONITEMRIGHT)) == 0) {
         item = nullptr;
         return nullptr;
     }
@@ -243,7 +246,8 @@ void ListContextMenu(HWND window, POINT position, bool byKeyboard) {
 void Zarn_HandleInitMenuPopup(HMENU menu, int index) {
     if (CommandsRefused()) return;
     const CommandContext context = CurrentCommandContext();
-    // The Details sub-menu stands at the position within View that Server has in the menu bar; its items tell them apart.
+    // The Details sub-menu stands at the position within View that Server has in the menu bar; its items tell them
+    // apart.
     if (InMenu(menu, IDM_DETAILS_WINDOWS) && !InMenu(menu, IDM_VIEW_LIST)) {
         PrepareDetailsMenu(menu);
         return;

@@ -89,7 +89,9 @@ void TraceBusyFlags() {
 }
 
 // ASCII, then binary, then local byte size 8, then ASCII again.
-char NextTransferType(char mode) { return mode == 'A' ? 'I' : mode == 'I' ? 'L' : 'A'; }
+char NextTransferType(char mode) {
+    return mode == 'A' ? 'I' : mode == 'I' ? 'L' : 'A';
+}
 
 }  // namespace
 
@@ -157,9 +159,8 @@ void SetLocalDirSBText() {
     RECT part{};
     SendMessageW(gApp.statusBar, SB_GETRECT, kPartLocalDir, reinterpret_cast<LPARAM>(&part));
     const std::string shown =
-        Zarn_TuncateAndAddEllipses(folder, part.right - part.left - Scaled(8), [](std::string_view text) {
-            return ZarnGetStringWidth(gApp.statusBar, text);
-        });
+        Zarn_TuncateAndAddEllipses(folder, part.right - part.left - Scaled(8),
+                                   [](std::string_view text) { return ZarnGetStringWidth(gApp.statusBar, text); });
     SetPart(kPartLocalDir, shown.empty() ? folder : shown);
 }
 

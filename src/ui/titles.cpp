@@ -29,7 +29,8 @@ std::string MainWindowTitle(const TVobject* node, const std::string& shortName, 
             return longName;
         case kKindSite:
             if (node->pSite == nullptr) return longName;
-            return SiteTitle(*node->pSite, shortName, node->pSite->bConnected != 0 && !node->pSite->pszCurrentDir.empty());
+            return SiteTitle(*node->pSite, shortName,
+                             node->pSite->bConnected != 0 && !node->pSite->pszCurrentDir.empty());
         case kKindSiteRoot:
         case kKindFolder:
             return site == nullptr ? longName : SiteTitle(*site, shortName, true);

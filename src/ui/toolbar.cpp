@@ -52,8 +52,8 @@ int AddImages(HWND toolbar, UINT set) {
 bool CreateTheToolbar(HWND parent) {
     DbgVsprintf("CreateTheToolbar", "Entered");
     gApp.toolbar = CreateWindowExW(0, TOOLBARCLASSNAMEW, nullptr,
-                                   WS_CHILD | WS_VISIBLE | TBSTYLE_TOOLTIPS | TBSTYLE_FLAT | CCS_TOP, 0, 0, 0, 0, parent,
-                                   nullptr, gApp.instance, nullptr);
+                                   WS_CHILD | WS_VISIBLE | TBSTYLE_TOOLTIPS | TBSTYLE_FLAT | CCS_TOP, 0, 0, 0, 0,
+                                   parent, nullptr, gApp.instance, nullptr);
     if (gApp.toolbar == nullptr) return false;
     SendMessageW(gApp.toolbar, TB_BUTTONSTRUCTSIZE, sizeof(TBBUTTON), 0);
     const bool large = gApp.dpi >= 144;

@@ -20,9 +20,13 @@ void StartUiCalls(HWND mainWindow) {
     gTarget = mainWindow;
 }
 
-void StopUiCalls() { gTarget = nullptr; }
+void StopUiCalls() {
+    gTarget = nullptr;
+}
 
-bool OnUiThread() { return GetCurrentThreadId() == gUiThread; }
+bool OnUiThread() {
+    return GetCurrentThreadId() == gUiThread;
+}
 
 LRESULT HandleUiCall(WPARAM, LPARAM lParam) {
     auto* call = reinterpret_cast<Call*>(lParam);

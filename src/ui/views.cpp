@@ -97,7 +97,9 @@ BoxAnswer ShowBox(const char* text, const char* caption, BoxButtons buttons, Box
     return gApp.mainWindow == nullptr ? show() : RunOnUi(show);
 }
 
-void PrintLine(const char* text) { ConsolePrint(text); }
+void PrintLine(const char* text) {
+    ConsolePrint(text);
+}
 
 void SetStatusText(const char* text) {
     RunOnUi([&] { ShowStatusText(text); });
@@ -121,13 +123,17 @@ void PostDisconnect(Site* site) {
     PostMessageW(gApp.mainWindow, WM_COMMAND, IDM_DISCONNECT, 0);
 }
 
-void CloseProgram() { PostMessageW(gApp.mainWindow, WM_CLOSE, 0, 0); }
+void CloseProgram() {
+    PostMessageW(gApp.mainWindow, WM_CLOSE, 0, 0);
+}
 
 void SaveConfigurationNow() {
     RunOnUi([] { ProcessCommandsWndProc(gApp.mainWindow, IDM_SAVECFG); });
 }
 
-void SetProgress(std::uint64_t done, std::uint64_t total) { SetTransferDialogProgress(done, total); }
+void SetProgress(std::uint64_t done, std::uint64_t total) {
+    SetTransferDialogProgress(done, total);
+}
 
 // Waits for the worker while serving the messages that it sends, so that neither blocks the other.
 bool WaitForThread(platform::ThreadHandle thread, std::uint32_t milliseconds) {

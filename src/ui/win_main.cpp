@@ -1,5 +1,6 @@
 // The program's entry: start-up in its order, the message loop, shut-down.
 #include <windows.h>
+
 #include <commctrl.h>
 #include <ole2.h>
 
@@ -101,7 +102,8 @@ int RunMessageLoop(HACCEL accelerators) {
         }
         // While a label is edited its keys belong to the edit field.
         const bool editing = TreeView_GetEditControl(TreeWindow()) != nullptr;
-        if (!editing && accelerators != nullptr && TranslateAcceleratorW(gApp.mainWindow, accelerators, &message)) continue;
+        if (!editing && accelerators != nullptr && TranslateAcceleratorW(gApp.mainWindow, accelerators, &message))
+            continue;
         TranslateMessage(&message);
         DispatchMessageW(&message);
     }

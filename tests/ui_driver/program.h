@@ -2,8 +2,9 @@
 // keys, takes pictures. Runs on Windows and under Wine; every wait has a bound.
 #pragma once
 
-#include <commctrl.h>
 #include <windows.h>
+
+#include <commctrl.h>
 
 #include <functional>
 #include <string>
