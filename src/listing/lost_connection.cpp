@@ -12,10 +12,14 @@ bool EndLostConnection(const char* callerName, Site* site, int result, const cha
     if (!HasControlSocket(site)) return true;
     if (StopRequested()) return false;
     if (result != FTP_CLOSE) {
-        if (IsReplyLine(reply)) return false;
+        if (IsRefusal(reply)) return false;
         result = DoNoop(site);
     }
     if (result != FTP_CLOSE && result != SOCKET_ERROR) return false;
     Zarn_HandleFtpReset(callerName, site);
     return true;
+}
+
+bool IsRefusal(const char* reply) {
+    return IsReplyLine(reply) && (reply[0] == '4' || reply[0] == '5');
 }

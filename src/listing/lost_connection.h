@@ -4,5 +4,7 @@
 #include "config/site.h"
 
 // After a failed operation with its result and reply: when the server cannot be reached any more, the user is told, the
-// disconnect is on its way, and the answer is true. A failure without a reply asks the server with a NOOP.
+// disconnect is on its way, and the answer is true. A failure without a refusal asks the server with a NOOP.
 bool EndLostConnection(const char* callerName, Site* site, int result, const char* reply);
+// True when the reply is the server's own refusal (RFC 959, section 4.2: 4xx or 5xx), not what an earlier step left.
+bool IsRefusal(const char* reply);

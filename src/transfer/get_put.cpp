@@ -140,9 +140,10 @@ bool FetchOnce(Site* site, TransferNode& node, const ReceiveTarget& target, char
         answer = ReportLocalError(target.finalPath, localError);
     } else if (EndIfLost(site, result, reply, abort)) {
         return false;
-    } else {
+    } else if (IsRefusal(reply)) {
         answer = TransferDlgError(node.pszRemoteName.c_str(), kRefusedOption, 0, reply);
-        if (answer == BoxAnswer::None) answer = ReportIncomplete(node);
+    } else {
+        answer = ReportIncomplete(node);
     }
     return false;
 }
