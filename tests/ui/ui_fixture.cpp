@@ -28,7 +28,9 @@ std::wstring UiTest::Wide(const std::string& text) {
 void UiTest::SetUp() {
     if (!RunsUnderWine()) GTEST_SKIP() << "the program's settings on this machine belong to a user";
     static std::string library;
-    if (library.empty()) ASSERT_EQ(platform::StartSockets(library), 0);
+    if (library.empty()) {
+        ASSERT_EQ(platform::StartSockets(library), 0);
+    }
     platform::DeleteRegistryTree(kRootKey);
     server_ = std::make_unique<ScriptedServer>();
     folder_ = std::make_unique<LocalFolder>();
@@ -40,7 +42,9 @@ void UiTest::SetUp() {
 
 void UiTest::TearDown() {
     if (HasFailure()) Picture(std::string("failed-") + testing::UnitTest::GetInstance()->current_test_info()->name());
-    if (program_ != nullptr && program_->Running()) EXPECT_TRUE(program_->Close()) << "the program does not end";
+    if (program_ != nullptr && program_->Running()) {
+        EXPECT_TRUE(program_->Close()) << "the program does not end";
+    }
     program_.reset();
     server_.reset();
     folder_.reset();
