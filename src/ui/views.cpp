@@ -82,11 +82,12 @@ BoxAnswer Answer(int button) {
     }
 }
 
-// The window that a box stands in front of: the progress dialog while it shows, else the main window.
+// The window that a box stands in front of: the dialog that is open, or the one in front of that; else the main window.
 HWND BoxOwner() {
-    HWND transfer = reinterpret_cast<HWND>(TransferDialogWindow());
-    if (transfer != nullptr && IsWindowVisible(transfer)) return transfer;
-    return gApp.mainWindow;
+    HWND owner = reinterpret_cast<HWND>(TransferDialogWindow());
+    if (owner == nullptr || !IsWindowVisible(owner)) owner = gApp.mainWindow;
+    const HWND front = GetLastActivePopup(owner);
+    return front != nullptr && IsWindowVisible(front) && IsWindowEnabled(front) ? front : owner;
 }
 
 BoxAnswer ShowBox(const char* text, const char* caption, BoxButtons buttons, BoxIcon icon) {
