@@ -7,14 +7,19 @@
 #include "foundation/message_ids.h"
 #include "foundation/trace.h"
 #include "ftp/result_codes.h"
-#include "platform/files.h"
 
 namespace {
+
+DiskSpaceSource diskSpaceSource = nullptr;
+
+bool ReadSpace(const char* path, platform::DiskSpace& space) {
+    return diskSpaceSource != nullptr ? diskSpaceSource(path, space) : platform::GetDiskSpace(path, space);
+}
 
 // The product wraps above 4 GiB, as wanted.
 std::uint32_t WrappedFreeSpace(const char* path) {
     platform::DiskSpace space;
-    if (!platform::GetDiskSpace(path, space)) return 0;
+    if (!ReadSpace(path, space)) return 0;
     return space.bytesPerSector * space.sectorsPerCluster * space.freeClusters;
 }
 
@@ -33,11 +38,15 @@ int FitFileOnLocalDrive(const char* name, std::uint64_t size) {
     constexpr char kName[] = "FitFileOnLocalDrive";
     platform::DiskSpace space;
     // Decided in 64 bits; a drive that does not tell its space is tried.
-    if (!platform::GetDiskSpace(platform::CurrentFolder().c_str(), space) || space.freeBytes >= size) {
+    if (!ReadSpace(platform::CurrentFolder().c_str(), space) || space.freeBytes >= size) {
         return FTP_COMPLETE;
     }
     DbgVsprintf(kName, "WARNING. %s does not fit. Returning 0", name);
     const OwnedText text = Zarn_ResVsprintf(MSG_LARGER_THAN_DRIVE_SPACE, name, size, GetFreeSpaceForCurrentDrive());
     ShowMessageBox(text.c_str(), nullptr, BoxButtons::OkCancel, BoxIcon::Exclamation);
     return 0;
+}
+
+void SetDiskSpaceSource(DiskSpaceSource source) {
+    diskSpaceSource = source;
 }

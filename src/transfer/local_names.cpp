@@ -8,8 +8,8 @@
 
 namespace {
 
-// Bytes of a name: what every file system takes, less the "~" that a device name gets in front.
-constexpr std::size_t kLongestName = 254;
+// Bytes of a name that every file system takes.
+constexpr std::size_t kLongestName = 255;
 // An extension longer than this is not kept when a name is cut.
 constexpr std::size_t kLongestKeptExtension = 32;
 constexpr char kReplacement = '~';
@@ -99,9 +99,11 @@ bool IsDeviceName(std::string_view name) {
 std::string SafeLocalName(std::string_view remoteName) {
     std::string name = ReplaceForbidden(DisplayName(remoteName));
     StripDotsAndBlanks(name);
+    // Cut first: what is left may be a device's name.
     name = FitName(name, kLongestName);
-    if (IsDeviceName(name)) name.insert(name.begin(), kReplacement);
-    return name;
+    if (!IsDeviceName(name)) return name;
+    name.insert(name.begin(), kReplacement);
+    return FitName(name, kLongestName);
 }
 
 std::string FitName(std::string_view name, std::size_t longest) {
