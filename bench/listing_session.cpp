@@ -82,7 +82,7 @@ bool ListingSession::WaitShown(int entries, ListingTimes& times) {
             times.allShown = Now();
             return true;
         }
-        Sleep(1);
+        Sleep(5);
     }
     return false;
 }
