@@ -63,6 +63,20 @@ void RemoveEntry(const LVobject* entry) {
     RefreshWindowState();
 }
 
+void SelectAfterDeletion(int index) {
+    const int count = EntryCount();
+    if (count > 0) SelectOnly(index < count ? index : count - 1);
+    RefreshWindowState();
+}
+
+// A folder that was not named, or not made, leaves the list again.
+void DropNewFolder(const LVobject* entry) {
+    const int index = IndexOfEntry(entry);
+    if (index < 0) return;
+    LV_DeleteItem(index);
+    SelectAfterDeletion(index);
+}
+
 // The entry after a rename or the making of a folder, shown anew. The other fields are what they were.
 void TakeNewName(LVobject* entry, const std::string& name) {
     const int index = IndexOfEntry(entry);
@@ -101,7 +115,7 @@ void RenameEntry(LVobject* entry, const std::string& newName) {
 
 void FinishNewFolder(LVobject* entry, TVobject* folder, const std::string& name, bool made) {
     if (!made) {
-        RemoveEntry(entry);
+        DropNewFolder(entry);
         return;
     }
     if (TVobject* node = TV_AddItem(folder, name, entry->type, true)) {
@@ -126,7 +140,7 @@ void MakeNamedFolder(LVobject* entry, const std::string& name) {
         }
         RunOnUi([&] { FinishNewFolder(entry, folder, name, made); });
     });
-    if (!started) RemoveEntry(entry);
+    if (!started) DropNewFolder(entry);
 }
 
 LVobjectPtr NewFolderEntry(TVobject* folder) {
@@ -195,12 +209,6 @@ bool LV_DeleteFile(TVobject* folder, LVobject* entry) {
     return true;
 }
 
-void SelectAfterDeletion(int index) {
-    const int count = EntryCount();
-    if (count > 0) SelectOnly(index < count ? index : count - 1);
-    RefreshWindowState();
-}
-
 }  // namespace
 
 bool LV_BeginLabelEdit(int index) {
@@ -223,12 +231,12 @@ void LV_HandleEndLabelEdit(int index, const wchar_t* newText) {
     if (newName == oldName) {
         if (isNew) {
             DbgVsprintf(kEndEdit, " NO CHANGE - Deleting the ListView Object !!!!");
-            RemoveEntry(entry);
+            DropNewFolder(entry);
         }
         return;
     }
     if (newName.empty()) {
-        if (isNew) RemoveEntry(entry);
+        if (isNew) DropNewFolder(entry);
     } else if (isNew) {
         MakeNamedFolder(entry, newName);
     } else {

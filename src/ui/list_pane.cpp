@@ -193,6 +193,7 @@ HWND ListWindow() {
 void InitListView() {
     if (gList != nullptr) ListView_DeleteAllItems(gList);
     if (gSort.lastColumn >= 0 && gList != nullptr) ShowSortArrow(-1, false);
+    if (gFolder != nullptr && gApp.listTitle != nullptr) SetWindowTextW(gApp.listTitle, L"");
     gColumnsFitted = false;
     gFolder = nullptr;
     FreeEntries(std::exchange(gEntries, {}));

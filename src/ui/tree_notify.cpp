@@ -130,6 +130,16 @@ bool TV_HandleKey(WORD key) {
         case VK_RETURN:
             if (TVobject* node = SelectedNode()) TV_HandleDblClick(node);
             return true;
+        case VK_RIGHT:
+        case VK_ADD: {
+            // A folder that was never listed has no button: the keys that open one list it.
+            TVobject* node = SelectedNode();
+            const bool remote = node != nullptr && (node->wObjType == kKindSiteRoot || node->wObjType == kKindFolder);
+            if (!remote || node->listed || !node->children.empty()) return false;
+            OpenWhenListed(node);
+            TV_HandleDblClick(node);
+            return true;
+        }
         case VK_DELETE: {
             TVobject* node = SelectedNode();
             return node != nullptr && node->wObjType == kKindSite && DeleteSiteNode(node);

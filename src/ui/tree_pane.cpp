@@ -210,6 +210,8 @@ TVobject* FillTreePane(const char* lastSession) {
     TVobject* last = nullptr;
     TV_AddSite(SitePtr(Zarn_CreateDefaultSite(nullptr)), TVI_FIRST);
     for (SitePtr& site : LoadSites()) {
+        // The local computer has a site's record, but is none.
+        if (site->dwType == HOST_TYPE_LOCAL) continue;
         TVobject* node = TV_AddSite(std::move(site), TVI_SORT);
         if (node != nullptr && lastSession != nullptr && node->pszName.view() == lastSession) last = node;
     }

@@ -103,6 +103,7 @@ void FinishChange(TVobject* node, bool changed) {
     }
     // A selection that moved on in the meantime is dealt with by its own timer.
     if (gCurrent != nullptr && SelectedNode() == node) SelectWithoutListing(gCurrent);
+    SetFocus(TreeWindow());
     RefreshWindowState();
 }
 
@@ -275,9 +276,9 @@ void ShowFirstDirectory(Site* site, const char* directory) {
 }
 
 void ShowDisconnected(Site* site) {
-    InitListView();
     TVobject* node = NodeOfSite(site);
-    if (node == nullptr) return;
+    if (node == nullptr || node->wObjType != kKindSite) return;
+    InitListView();
     SelectWithoutListing(node);
     CollapseAndReset(node);
     RefreshNode(node);

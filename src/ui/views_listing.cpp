@@ -7,15 +7,19 @@
 #include <utility>
 #include <vector>
 
+#include "config/initial_dirs.h"
 #include "foundation/text_helpers.h"
 #include "ftp/session_view.h"
 #include "listing/listing_view.h"
 #include "platform/system.h"
+#include "ui/app.h"
 #include "ui/list_pane.h"
+#include "ui/local_computer.h"
 #include "ui/main_window.h"
 #include "ui/tree_pane.h"
 #include "ui/tree_selection.h"
 #include "ui/ui_calls.h"
+#include "ui/wide_text.h"
 
 namespace {
 
@@ -32,8 +36,14 @@ TVobject* ChildFor(TVobject* folder, const LVobject& entry) {
     return AddChildNode(folder, name, entry.type);
 }
 
+void ShowListTitle(const TVobject* folder) {
+    const std::string path = IsLocalNode(folder) ? LocalNodePath(folder) : TV_GetPath(folder).c_str();
+    if (gApp.listTitle != nullptr) SetText(gApp.listTitle, ShownName(path));
+}
+
 void BeginListing(TVobject* folder, bool resetChildren) {
     InitListView();
+    ShowListTitle(folder);
     gKnownChildren.clear();
     if (resetChildren) {
         CollapseAndReset(folder);
@@ -67,9 +77,18 @@ void SortChildren(TVobject* folder) {
     for (auto& [key, child] : named) folder->children.push_back(std::move(child));
 }
 
+// Directories in which the user began sessions stand below their site's root, however deep.
+void AddRememberedDirectories(TVobject* root) {
+    const Site* site = TV_GetFtpSite(root);
+    if (root->wObjType != kKindSiteRoot || site == nullptr) return;
+    GetInitDirectories("Tv_AddInitDir", site->pszSessionName.c_str());
+    for (const InitDir& remembered : gInitDirs) Tv_AddInitDir(root->pTVparent, remembered.path);
+}
+
 void EndListing(TVobject* folder) {
     gKnownChildren.clear();
     folder->listed = true;
+    AddRememberedDirectories(folder);
     SortChildren(folder);
     RefreshNode(folder);
     if (ListedFolder() == nullptr) LV_AddEntries(folder, {});  // an empty folder is shown, too
