@@ -172,8 +172,12 @@ bool Zarn_GetSizeText(std::int32_t count, char* out, bool useMegabytes, std::siz
 }
 
 OwnedText Zarn_GetFileTimeString(const FileTime* time) {
+    DbgVsprintf("Zarn_GetFileTimeString", "Entered");
+    return FileTimeText(time);
+}
+
+OwnedText FileTimeText(const FileTime* time) {
     static const char funcName[] = "Zarn_GetFileTimeString";
-    DbgVsprintf(funcName, "Entered");
     CalendarTime calendar;
     if (time == nullptr || !FileTimeToCalendar(*time, calendar)) calendar = platform::LocalTimeNow();
 

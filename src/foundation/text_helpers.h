@@ -26,6 +26,9 @@ std::string GroupDigits(std::string_view digits);
 
 // The date text of the list pane; null time: now. At midnight or on the full hour the year is shown, as wanted.
 OwnedText Zarn_GetFileTimeString(const FileTime* time);
+// The same text without the trace of its entry, for listings of many thousand lines: a trace line costs more than
+// parsing the line that it is about.
+OwnedText FileTimeText(const FileTime* time);
 
 // Compare after cutting texts longer than n to n - 1 characters (as wanted), in the locale's word-sort order.
 int Zarn_strncmpi(const char* a, const char* b, std::size_t n);

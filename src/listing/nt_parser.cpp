@@ -84,7 +84,7 @@ std::string_view FillFile(std::string_view rest, std::uint32_t hostType, LVobjec
 bool DosDateStringToFileTime(std::string_view date, LVobject* entry) {
     if (date.empty()) return false;
     if (!CalendarToFileTime(ReadDate(date), entry->time)) entry->time = ReadPresentTime().time;
-    entry->dateText = Zarn_GetFileTimeString(&entry->time);
+    entry->dateText = FileTimeText(&entry->time);
     return true;
 }
 

@@ -90,7 +90,7 @@ void SetTime(const UnixLine& line, int month, LVobject* entry) {
         date.year = LeadingNumber(line.timeOrYear);
     }
     if (!CalendarToFileTime(date, entry->time)) entry->time = present.time;
-    entry->dateText = Zarn_GetFileTimeString(&entry->time);
+    entry->dateText = FileTimeText(&entry->time);
 }
 
 }  // namespace
