@@ -12,6 +12,7 @@
 #include "ftp/result_codes.h"
 #include "ftp/session_state.h"
 #include "ftp/session_view.h"
+#include "ftp/worker.h"
 #include "listing/dump_reader.h"
 #include "listing/line_parser.h"
 #include "listing/listing_view.h"
@@ -109,10 +110,15 @@ void ParseLines(DumpReader& reader, ListingRun& run) {
     run.HandOver();
 }
 
+// On the worker its end clears the busy flag: cleared before, the next command would find the worker still there.
+void ClearFlags() {
+    if (!WorkerRunning()) SetBusy(false);
+    SetConnecting(false);
+}
+
 void EndListing(TVobject* node, int result) {
     if (gListingView.end != nullptr) gListingView.end(node, result);
-    SetBusy(false);
-    SetConnecting(false);
+    ClearFlags();
 }
 
 int ParseDumpFile(TVobject* node, std::uint32_t hostType) {
@@ -236,8 +242,7 @@ int LV_ChangeDir(TVobject* node) {
     const int result = ChangeAndList(node);
     if (result != FTP_COMPLETE) {
         DbgVsprintf(kName, "ERROR. Call to LV_ListDirectory(%x:%s) returned %d", Address(node), name, result);
-        SetBusy(false);
-        SetConnecting(false);
+        ClearFlags();
         RefreshWindow();
         ShowStatus(CatalogueText(MSG_CONNECTION_FAILED).c_str());
     }

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <atomic>
 #include <memory>
 
 #include "foundation/catalogue.h"
@@ -7,8 +9,10 @@
 #include "ftp/dump_file.h"
 #include "ftp/result_codes.h"
 #include "ftp/session_state.h"
+#include "ftp/worker.h"
 #include "listing/listing_driver.h"
 #include "platform/files.h"
+#include "support/bounded_wait.h"
 #include "support/recording_listing_view.h"
 #include "support/session_harness.h"
 
@@ -68,6 +72,19 @@ TEST_F(ListingDriver, FlagsAndStatusAreClearedAtTheEnd) {
     EXPECT_EQ(CatalogueText(MSG_CHANGING_FOLDER), texts.front());
     EXPECT_NE(texts.end(), std::find(texts.begin(), texts.end(), CatalogueText(MSG_PARSING_LIST)));
     EXPECT_EQ("", texts.back());
+}
+
+TEST_F(ListingDriver, BusyFlagStandsUntilTheWorkerEnds) {
+    list.afterBatch = [] { EXPECT_TRUE(gSession.busy); };
+    static std::atomic<bool> busyAfterwards;
+    busyAfterwards = false;
+    ASSERT_TRUE(StartWorker("test", [this] {
+        LV_ChangeDir(pub);
+        busyAfterwards = gSession.busy.load();
+    }));
+    EXPECT_TRUE(test_support::WaitUntil([] { return !WorkerRunning() && !gSession.busy; }));
+    EXPECT_TRUE(busyAfterwards);
+    EXPECT_EQ((Names{"a.txt", "sub"}), list.Names());
 }
 
 TEST_F(ListingDriver, NodeCountsWhatItsListingHolds) {
