@@ -285,6 +285,12 @@ void Zarn_OnClose(HWND window) {
         DestroyWindow(window);
         return;
     }
+    // A question is answered first: what asked it may be the worker that the close waits for.
+    if (HWND dialog = OpenModalDialog()) {
+        MessageBeep(MB_ICONEXCLAMATION);
+        SetForegroundWindow(dialog);
+        return;
+    }
     RememberPlacement(window);
     gSession.exiting = true;
     ChangeSBText();

@@ -94,6 +94,8 @@ BoxAnswer ShowBox(const char* text, const char* caption, BoxButtons buttons, Box
     const auto show = [&] {
         return Answer(MessageBoxW(BoxOwner(), Wide(text).c_str(), Wide(caption).c_str(), BoxStyle(buttons, icon)));
     };
+    // A closing program waits for its worker, which must not wait for an answer.
+    if (gSession.exiting) return BoxAnswer::None;
     // Before the main window stands, boxes are the caller's own.
     return gApp.mainWindow == nullptr ? show() : RunOnUi(show);
 }
@@ -107,10 +109,12 @@ void SetStatusText(const char* text) {
 }
 
 bool AskText(const TextQuestion& question, std::string& answer) {
+    if (gSession.exiting) return false;
     return RunOnUi([&] { return ShowAskTextDialog(reinterpret_cast<WindowHandle>(BoxOwner()), question, answer); });
 }
 
 void ShowServerErrorBox(int operation, const char* reply) {
+    if (gSession.exiting) return;
     RunOnUi([&] { ShowServerErrorDialog(reinterpret_cast<WindowHandle>(BoxOwner()), operation, reply); });
 }
 
@@ -151,6 +155,26 @@ bool WaitForThread(platform::ThreadHandle thread, std::uint32_t milliseconds) {
 }
 
 }  // namespace
+
+HWND OpenModalDialog() {
+    struct Search {
+        HWND transfer;
+        HWND found;
+    } search{reinterpret_cast<HWND>(TransferDialogWindow()), nullptr};
+    EnumThreadWindows(
+        GetCurrentThreadId(),
+        [](HWND window, LPARAM context) -> BOOL {
+            auto* wanted = reinterpret_cast<Search*>(context);
+            wchar_t name[16] = L"";
+            GetClassNameW(window, name, 16);
+            const bool isDialog = wcscmp(name, L"#32770") == 0 && window != wanted->transfer;
+            if (!isDialog || !IsWindowVisible(window) || !IsWindowEnabled(window)) return TRUE;
+            wanted->found = window;
+            return FALSE;
+        },
+        reinterpret_cast<LPARAM>(&search));
+    return search.found;
+}
 
 void InstallViews() {
     gFoundationView = {PrintLine, ShowBox};

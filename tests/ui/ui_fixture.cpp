@@ -43,7 +43,9 @@ void UiTest::SetUp() {
 void UiTest::TearDown() {
     if (HasFailure()) Picture(std::string("failed-") + testing::UnitTest::GetInstance()->current_test_info()->name());
     if (program_ != nullptr && program_->Running()) {
-        EXPECT_TRUE(program_->Close()) << "the program does not end";
+        const bool ended = program_->Close();
+        if (!ended) Picture(std::string("hangs-") + testing::UnitTest::GetInstance()->current_test_info()->name());
+        EXPECT_TRUE(ended) << "the program does not end";
     }
     program_.reset();
     server_.reset();
