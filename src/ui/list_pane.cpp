@@ -27,6 +27,10 @@ bool gColumnsFitted = false;  // for the folder that is shown
 // More entries than this are freed by a thread of their own, so that leaving a large folder takes no time.
 constexpr std::size_t kFreedAtOnce = 4000;
 
+// While a folder comes in batches the control is told the number of entries this often at most, in milliseconds.
+constexpr DWORD kCountShownEvery = 100;
+DWORD gCountShownAt = 0;
+
 void FreeCarriedEntries(void* carried) {
     delete static_cast<std::vector<LVobjectPtr>*>(carried);
 }
@@ -115,7 +119,8 @@ void ClearSelection() {
         InvalidateRect(gList, nullptr, TRUE);
         return;
     }
-    for (int i = -1; (i = ListView_GetNextItem(gList, i, LVNI_SELECTED)) >= 0;) {
+    // The control finds the next one by looking at every entry, so it is not asked beyond the last.
+    for (int i = -1, left = selected; left > 0 && (i = ListView_GetNextItem(gList, i, LVNI_SELECTED)) >= 0; --left) {
         ListView_SetItemState(gList, i, 0, LVIS_SELECTED);
     }
 }
@@ -206,7 +211,12 @@ void LV_AddEntries(TVobject* folder, std::vector<LVobjectPtr> entries) {
     } else {
         std::move(entries.begin(), entries.end(), std::back_inserter(gEntries));
     }
-    ShowCount();
+    // The first entries show at once; the scroll bars, which cost more than taking the entries, follow now and then.
+    const DWORD now = GetTickCount();
+    if (!gColumnsFitted || now - gCountShownAt >= kCountShownEvery) {
+        gCountShownAt = now;
+        ShowCount();
+    }
     if (gZarn.uiStyle != UiStyle::Details) InvalidateRect(gList, nullptr, TRUE);
     if (!gColumnsFitted && !gEntries.empty()) {
         gColumnsFitted = true;
@@ -216,6 +226,7 @@ void LV_AddEntries(TVobject* folder, std::vector<LVobjectPtr> entries) {
 
 void LV_EntriesComplete() {
     if (gList == nullptr) return;
+    ShowCount();
     if (gZarn.uiStyle == UiStyle::List || gZarn.uiStyle == UiStyle::SmallIcons) {
         // The control measures the width of these views' columns only when a view begins.
         SendMessageW(gList, WM_SETREDRAW, FALSE, 0);
@@ -256,11 +267,12 @@ TVobject* ListedFolder() {
 
 std::vector<const LVobject*> SelectedEntries() {
     std::vector<const LVobject*> entries;
-    if (SelectedCount() == EntryCount()) {
+    const int selected = SelectedCount();
+    if (selected == EntryCount()) {
         for (const LVobjectPtr& entry : gEntries) entries.push_back(entry.get());
         return entries;
     }
-    for (int i = -1; (i = ListView_GetNextItem(gList, i, LVNI_SELECTED)) >= 0;) {
+    for (int i = -1, left = selected; left > 0 && (i = ListView_GetNextItem(gList, i, LVNI_SELECTED)) >= 0; --left) {
         if (const LVobject* entry = EntryAt(i)) entries.push_back(entry);
     }
     return entries;
@@ -275,8 +287,9 @@ int SelectedCount() {
 }
 
 bool AnyFileSelected() {
-    const bool all = SelectedCount() == EntryCount();
-    for (int i = -1; (i = all ? i + 1 : ListView_GetNextItem(gList, i, LVNI_SELECTED)) >= 0;) {
+    int left = SelectedCount();
+    const bool all = left == EntryCount();
+    for (int i = -1; left-- > 0 && (i = all ? i + 1 : ListView_GetNextItem(gList, i, LVNI_SELECTED)) >= 0;) {
         const LVobject* entry = EntryAt(i);
         if (entry == nullptr) return false;
         if (entry->type == kKindFile || entry->type == kKindLocalFile) return true;

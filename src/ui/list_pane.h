@@ -20,7 +20,8 @@ HWND ListWindow();
 
 // Frees every entry and empties the control.
 void InitListView();
-// The pane owns the entries from here on. Shown at once; the folder they belong to is `folder`.
+// The pane owns the entries from here on. The first ones show at once, later ones within a moment or with
+// LV_EntriesComplete; the folder they belong to is `folder`.
 void LV_AddEntries(TVobject* folder, std::vector<LVobjectPtr> entries);
 // The last of them was added: what depends on all of them is settled.
 void LV_EntriesComplete();
