@@ -154,26 +154,21 @@ bool WaitForThread(platform::ThreadHandle thread, std::uint32_t milliseconds) {
     }
 }
 
+BOOL CALLBACK FindModalDialog(HWND window, LPARAM found) {
+    wchar_t name[16] = L"";
+    GetClassNameW(window, name, 16);
+    const bool isDialog = wcscmp(name, L"#32770") == 0 && window != reinterpret_cast<HWND>(TransferDialogWindow());
+    if (!isDialog || !IsWindowVisible(window) || !IsWindowEnabled(window)) return TRUE;
+    *reinterpret_cast<HWND*>(found) = window;
+    return FALSE;
+}
+
 }  // namespace
 
 HWND OpenModalDialog() {
-    struct Search {
-        HWND transfer;
-        HWND found;
-    } search{reinterpret_cast<HWND>(TransferDialogWindow()), nullptr};
-    EnumThreadWindows(
-        GetCurrentThreadId(),
-        [](HWND window, LPARAM context) -> BOOL {
-            auto* wanted = reinterpret_cast<Search*>(context);
-            wchar_t name[16] = L"";
-            GetClassNameW(window, name, 16);
-            const bool isDialog = wcscmp(name, L"#32770") == 0 && window != wanted->transfer;
-            if (!isDialog || !IsWindowVisible(window) || !IsWindowEnabled(window)) return TRUE;
-            wanted->found = window;
-            return FALSE;
-        },
-        reinterpret_cast<LPARAM>(&search));
-    return search.found;
+    HWND found = nullptr;
+    EnumThreadWindows(GetCurrentThreadId(), FindModalDialog, reinterpret_cast<LPARAM>(&found));
+    return found;
 }
 
 void InstallViews() {
