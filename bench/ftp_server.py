@@ -30,7 +30,8 @@ def line(kind, name, size, rng):
     mode = {"d": "drwxr-xr-x", "l": "lrwxrwxrwx", "-": rng.choice(("-rw-r--r--", "-rw-rw-r--", "-rwxr-xr-x"))}[kind]
     date = f"{rng.choice(MONTHS)} {rng.randint(1, 28):02d}"
     clock = rng.randint(1995, 2025) if rng.random() < 0.7 else f"{rng.randint(0, 23):02d}:{rng.randint(0, 59):02d}"
-    return f"{mode} {rng.randint(1, 9):4d} {rng.choice(OWNERS):8} {rng.choice(OWNERS):8} {size:10d} {date} {clock:>5} {name}\r\n"
+    owners = f"{rng.choice(OWNERS):8} {rng.choice(OWNERS):8}"
+    return f"{mode} {rng.randint(1, 9):4d} {owners} {size:10d} {date} {clock:>5} {name}\r\n"
 
 
 def make_listing(count):

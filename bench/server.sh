@@ -12,7 +12,9 @@ start_bench_server() {
   bench_port=
   read -r -t 60 -u "$output" bench_port || true
   exec {output}<&-
-  [ -n "$bench_port" ] || { echo "the benchmark's server does not start, see build/bench/server-errors.log" >&2 && return 1; }
+  [ -n "$bench_port" ] && return 0
+  echo "the benchmark's server does not start, see build/bench/server-errors.log" >&2
+  return 1
 }
 
 stop_bench_server() {
