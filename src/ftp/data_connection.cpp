@@ -88,9 +88,10 @@ void SetRepresentationType(Site* site, ReplyBuffer reply, char type) {
 }
 
 std::string PortCommand(std::uint32_t address, std::uint16_t port) {
+    const auto byteOf = [](std::uint32_t value, int shift) { return static_cast<int>(value >> shift & 255u); };
     std::array<char, 48> text{};
-    std::snprintf(text.data(), text.size(), "PORT %u,%u,%u,%u,%u,%u", (address >> 24) & 255u, (address >> 16) & 255u,
-                  (address >> 8) & 255u, address & 255u, port / 256u, port % 256u);
+    std::snprintf(text.data(), text.size(), "PORT %d,%d,%d,%d,%d,%d", byteOf(address, 24), byteOf(address, 16),
+                  byteOf(address, 8), byteOf(address, 0), byteOf(port, 8), byteOf(port, 0));
     return text.data();
 }
 

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <array>
+#include <cstring>
 #include <string>
 
 #include "config/settings.h"
@@ -122,7 +123,10 @@ bool SendFileOnConnection(Site* site, TransferNode& node, ReplyBuffer reply, cha
         return false;
     }
     const char* name = !node.pszRemoteName.empty() ? node.pszRemoteName.get() : node.pszLocalName.get();
-    const std::string line = std::string(gZarn.SENDUNIQUE != 0 ? "STOU " : "STOR ") + name;
+    // A command that is too long is refused where it is sent; here it keeps its whole length.
+    const std::size_t longest = std::strlen(name) + sizeof "STOU ";
+    const std::string line = gZarn.SENDUNIQUE != 0 ? FormatBounded(kFuncName, longest, "STOU %s", name)
+                                                   : FormatBounded(kFuncName, longest, "STOR %s", name);
     const int opened = OpenDataConnection(kFuncName, site, reply, line.c_str(), abort);
     if (opened != kDataConnectionOpen) {
         node.iRetCode = opened;

@@ -65,12 +65,14 @@ void Zarn_Abort() {
     DoPrintIdArgs(MSG_ABORT_MAY_FAIL);
     Site* site = gSession.activeSite;
     const bool hasRecord = site != nullptr && site->pSock != nullptr;
-    const bool wasConnecting = gSession.connecting;
+    bool wasConnecting = gSession.connecting;
     const bool wasConnected = hasRecord && site->bConnected != 0;
     const bool hadData = hasRecord && IsOpen(site->pSock->data_skt);
     SetAborting(true);
     SetTransferAbort(true);
     EndWorker(site);
+    // A connect that had only just begun leaves its half-made connection.
+    wasConnecting = wasConnecting || (HasControlSocket(site) && site->bConnected == 0);
     if (hasRecord) CloseTransferSockets(*site->pSock, hadData);
     if (wasConnecting) {
         if (hasRecord) {
@@ -94,6 +96,7 @@ void Zarn_IdmDisconnect(Site* site) {
     SetStatusText(Zarn_ResVsprintf(MSG_DISCONNECTING_FROM, site->pszSessionName.c_str()));
     site->bConnected = 0;
     EndWorker(site);
+    site->bConnected = 0;  // a log-in may have ended well just before it was stopped
     SetConnecting(true);
     CloseStoredSocket(site->pSock->ctrl_skt, CloseHow::Send);
     SetBusy(true);

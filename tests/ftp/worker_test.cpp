@@ -30,6 +30,11 @@ struct Working {
             result = RetrieveFile(site, h.reply, "RETR f", file.c_str(), 'A', gSession.transferAbort);
         });
     }
+    // The server holds, and the worker has its data connection.
+    bool WaitUntilReceiving() {
+        return h.server.WaitUntilHeld() &&
+               test_support::WaitUntil([&] { return site->pSock->data_skt != platform::kNoSocket; });
+    }
     bool InStep() {
         SetTransferAbort(false);
         return command(site, h.reply, "NOOP") == FTP_COMPLETE && std::string(h.replyText) == "200 OK.";
@@ -107,8 +112,7 @@ TEST(Zarn_Abort, DuringATransferLeavesTheSiteConnectedAndInStep) {
     w.h.server.On("RETR", {Say("150 go\r\n"), OpenData(), DataBytes("some"), Hold(), WaitDataClosed(),
                            Say("426 Transfer aborted.\r\n")});
     ASSERT_TRUE(w.StartRetrieve());
-    ASSERT_TRUE(w.h.server.WaitUntilHeld());
-    ASSERT_TRUE(test_support::WaitUntil([&] { return BlockingCallInProgress(); }));
+    ASSERT_TRUE(w.WaitUntilReceiving());
     w.h.server.Release();
     EXPECT_LT(Microseconds(Zarn_Abort), kLongestStop);
     EXPECT_EQ(w.result, FTP_ERROR);
@@ -135,7 +139,7 @@ TEST(Zarn_Abort, WithoutALastWordClosesTheConnectionAndTellsTheUser) {
     Working w;
     w.h.server.On("RETR", {Say("150 go\r\n"), OpenData(), DataBytes("some"), Hold(), Stall()});
     ASSERT_TRUE(w.StartRetrieve());
-    ASSERT_TRUE(w.h.server.WaitUntilHeld());
+    ASSERT_TRUE(w.WaitUntilReceiving());
     EXPECT_LT(Microseconds(Zarn_Abort), kLongestStop);
     EXPECT_FALSE(HasControlSocket(w.site));
     EXPECT_TRUE(w.h.console.HasBox("The FTP Server has aborted your connection"));
@@ -241,7 +245,7 @@ TEST(Zarn_IdmDisconnect, StopsWhatRuns) {
     Working w;
     w.h.server.On("RETR", {Say("150 go\r\n"), OpenData(), DataBytes("some"), Hold(), Stall()});
     ASSERT_TRUE(w.StartRetrieve());
-    ASSERT_TRUE(w.h.server.WaitUntilHeld());
+    ASSERT_TRUE(w.WaitUntilReceiving());
     EXPECT_LT(Microseconds([&] { Zarn_IdmDisconnect(w.site); }), kLongestStop);
     EXPECT_FALSE(OperationRunning());
     EXPECT_TRUE(w.NoTransferSockets());
@@ -275,7 +279,7 @@ TEST(Zarn_IdmExit, DuringATransferSaysSoAndStopsIt) {
     Working w;
     w.h.server.On("RETR", {Say("150 go\r\n"), OpenData(), DataBytes("some"), Hold(), Stall()});
     ASSERT_TRUE(w.StartRetrieve());
-    ASSERT_TRUE(w.h.server.WaitUntilHeld());
+    ASSERT_TRUE(w.WaitUntilReceiving());
     EXPECT_LT(Microseconds([&] { Zarn_IdmExit(w.site, kExitCommand); }), kLongestStop);
     EXPECT_TRUE(w.h.console.HasLine("Aborting thread before closing or exiting"));
     EXPECT_TRUE(w.h.console.HasLine("Waiting for Abort Response message. (550)"));

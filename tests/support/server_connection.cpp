@@ -32,6 +32,12 @@ void Reset(std::atomic<platform::Socket>& stored) {
     Close(stored);
 }
 
+bool IsClosed(platform::Socket socket) {
+    char byte[1];
+    const int readable = platform::WaitReadable(socket, 0);
+    return readable < 0 || (readable > 0 && platform::Peek(socket, byte) <= 0);
+}
+
 std::string Upper(std::string text) {
     for (char& c : text)
         if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
@@ -199,6 +205,10 @@ std::string ScriptedServer::State::ReceiveUpload(ServerConnection& connection) {
     std::string bytes;
     std::array<char, 16384> piece;
     for (;;) {
+        // A client that went before it accepted can leave a data connection that only looks alive.
+        const int readable = platform::WaitReadable(connection.data, kSliceMilliseconds);
+        if (readable == 0 && (stopping || IsClosed(connection.control))) return bytes;
+        if (readable == 0) continue;
         const int count = platform::Receive(connection.data, piece);
         if (count <= 0) return bytes;
         bytes.append(piece.data(), static_cast<std::size_t>(count));
