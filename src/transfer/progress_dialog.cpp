@@ -37,7 +37,7 @@ constexpr UINT kAbortRepeat = 100;  // milliseconds
 constexpr UINT kShowDialog = WM_APP + 1;
 constexpr UINT kShowPath = WM_APP + 2;    // wParam: control, lParam: const char*
 constexpr UINT kAskReplace = WM_APP + 3;  // lParam: Asking*
-constexpr UINT kWorkerDone = WM_APP + 4;  // wParam: the opening's number
+constexpr UINT kWorkerDone = WM_APP + 4;
 
 struct Asking {
     const ReplaceQuestion& question;
@@ -57,7 +57,6 @@ constexpr StartKind kStartKinds[] = {
 
 struct ProgressDialog {
     std::atomic<HWND> window{nullptr};
-    std::atomic<WPARAM> opening{0};  // tells a late end of an earlier worker from this one's
     // The window's thread only.
     HWND owner = nullptr;
     bool ownerDisabled = false;
@@ -184,8 +183,8 @@ void AbortOrClose(HWND dialog) {
     }
 }
 
-void OnWorkerDone(HWND dialog, WPARAM opening) {
-    if (opening != gDialog.opening || gDialog.workerDone) return;
+// Comes twice, when the transfer is done and when its job is; the second finds the dialog gone or going.
+void OnWorkerDone(HWND dialog) {
     gDialog.workerDone = true;
     PostMessageW(dialog, WM_COMMAND, IDCANCEL, 0);
 }
@@ -218,7 +217,7 @@ INT_PTR CALLBACK TransferDlgProc(HWND dialog, UINT message, WPARAM wParam, LPARA
             AskReplace(dialog, *reinterpret_cast<Asking*>(lParam));
             return TRUE;
         case kWorkerDone:
-            OnWorkerDone(dialog, wParam);
+            OnWorkerDone(dialog);
             return TRUE;
         case WM_NCDESTROY:
             // Also when the owner took the dialog with it.
@@ -241,9 +240,9 @@ void SendText(int item, const char* text) {
     if (dialog != nullptr) SetItemText(dialog, item, text);
 }
 
-void PostDone(WPARAM opening) {
+void PostDone() {
     const HWND dialog = gDialog.window;
-    if (dialog != nullptr) PostMessageW(dialog, kWorkerDone, opening, 0);
+    if (dialog != nullptr) PostMessageW(dialog, kWorkerDone, 0, 0);
 }
 
 void SetMode(char mode) {
@@ -265,10 +264,9 @@ ReplaceAnswer ConfirmReplace(const ReplaceQuestion& question) {
 
 bool StartTransfer(const StartKind& kind) {
     if (kind.transfer == nullptr) return true;
-    const WPARAM opening = gDialog.opening;
-    return StartWorker(kind.name, [transfer = kind.transfer, opening] {
+    return StartWorker(kind.name, [transfer = kind.transfer] {
         transfer(gSession.transferAbort);
-        PostDone(opening);
+        PostDone();
     });
 }
 
@@ -276,7 +274,6 @@ bool StartTransfer(const StartKind& kind) {
 void Prepare(HWND owner, const StartKind& kind, void (*finished)()) {
     SetTransferAbort(false);
     ResetTransfer();
-    ++gDialog.opening;
     gDialog.owner = owner;
     gDialog.ownerDisabled = false;
     gDialog.hasWorker = kind.transfer != nullptr;
@@ -320,7 +317,7 @@ WindowHandle TransferDialogWindow() {
 
 void FillTransferView(TransferView& view) {
     view.showDialog = [] { Send(kShowDialog, 0, nullptr); };
-    view.closeDialog = [] { PostDone(gDialog.opening); };
+    view.closeDialog = PostDone;
     view.setItem = [](const char* text) { SendText(IDC_TRANSFER_NAME, text); };
     view.setSource = [](const char* text) { Send(kShowPath, IDC_TRANSFER_FROM, text); };
     view.setDestination = [](const char* text) { Send(kShowPath, IDC_TRANSFER_TO, text); };

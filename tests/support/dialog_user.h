@@ -35,7 +35,10 @@ inline BOOL CALLBACK IsWantedDialog(HWND window, LPARAM parameter) {
     GetWindowThreadProcessId(window, &process);
     GetClassNameW(window, name, 16);
     if (process != GetCurrentProcessId() || std::wstring(name) != L"#32770" || !IsWindowVisible(window)) return TRUE;
-    if (!wanted.caption.empty() && GetText(window) != wanted.caption) return TRUE;
+    // Read without a message: the window's thread may be waiting for the one that asks.
+    wchar_t caption[128] = L"";
+    InternalGetWindowText(window, caption, 128);
+    if (!wanted.caption.empty() && Narrow(caption) != wanted.caption) return TRUE;
     wanted.found = window;
     return FALSE;
 }
@@ -81,10 +84,10 @@ inline bool WaitGone(HWND dialog) {
 // cancelled, so that no test hangs.
 class DialogUser {
   public:
-    DialogUser(std::string caption, std::function<void(HWND)> use)
-        : thread_([caption = std::move(caption), use = std::move(use), this] {
+    DialogUser(std::string caption, std::function<void(HWND)> use, std::uint32_t wait = test_support::kLongWait)
+        : thread_([caption = std::move(caption), use = std::move(use), wait, this] {
               HWND dialog = nullptr;
-              test_support::WaitUntil([&] { return (dialog = FindDialog(caption)) != nullptr; });
+              test_support::WaitUntil([&] { return (dialog = FindDialog(caption)) != nullptr; }, wait);
               if (dialog == nullptr) return;
               seen_ = true;
               use(dialog);

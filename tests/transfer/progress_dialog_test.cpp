@@ -359,8 +359,10 @@ TEST_F(ProgressDialogTest, NoLeavesTheFileAndCancelEndsTheTransfer) {
 TEST_F(ProgressDialogTest, AfterAnAbortNothingIsAskedAnyMore) {
     Show();
     SetTransferAbort(true);
+    DialogUser unwanted(
+        kReplaceCaption, [](HWND dialog) { Press(dialog, IDNO); }, 500);
     EXPECT_EQ(gTransferView.confirmReplace({}), ReplaceAnswer::Cancel);
-    EXPECT_EQ(FindDialog(kReplaceCaption), nullptr);
+    EXPECT_FALSE(unwanted.Join());
 }
 
 TEST_F(ProgressDialogTest, WithoutADialogTheWorkersCallsDoNothing) {
