@@ -266,7 +266,10 @@ bool delete_fx() {
     static constexpr char kFunction[] = "delete_fx";
     TVobject* folder = ListedFolder();
     std::vector<LVobject*> entries;
-    for (int i = -1; (i = ListView_GetNextItem(ListWindow(), i, LVNI_SELECTED)) >= 0;) entries.push_back(EntryAt(i));
+    int left = SelectedCount();
+    for (int i = -1; left > 0 && (i = ListView_GetNextItem(ListWindow(), i, LVNI_SELECTED)) >= 0; --left) {
+        entries.push_back(EntryAt(i));
+    }
     if (entries.empty() || folder == nullptr) {
         DbgVsprintf(kFunction, "ERROR. Nothing was selected. Returning -1");
         return false;

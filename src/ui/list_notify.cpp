@@ -95,14 +95,12 @@ void CopyText(std::wstring_view text, wchar_t* buffer, int capacity) {
 }
 
 void FillDisplay(LVITEMW& item) {
-    LVobject* entry = EntryAt(item.iItem);
+    LVobject* entry = ShownEntryAt(item.iItem);
     if (entry == nullptr) {
         if ((item.mask & LVIF_TEXT) != 0) CopyText({}, item.pszText, item.cchTextMax);
         return;
     }
-    if ((item.mask & LVIF_TEXT) != 0 && !NameIsWanted(*entry)) {
-        CopyText({}, item.pszText, item.cchTextMax);
-    } else if ((item.mask & LVIF_TEXT) != 0) {
+    if ((item.mask & LVIF_TEXT) != 0) {
         const int logical = LogicalColumnAt(gZarn.COLUMNS, item.iSubItem);
         CopyText(Wide(ShownName(ColumnText(*entry, logical))), item.pszText, item.cchTextMax);
     }

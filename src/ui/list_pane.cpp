@@ -51,6 +51,15 @@ void ShowCount() {
     ListView_SetItemCountEx(gList, EntryCount(), LVSICF_NOINVALIDATEALL | LVSICF_NOSCROLL);
 }
 
+// In the icon views every entry has a place, which the control gives it when it arranges them.
+bool IsIconView() {
+    return gZarn.uiStyle == UiStyle::LargeIcons || gZarn.uiStyle == UiStyle::SmallIcons;
+}
+
+void ArrangeIcons() {
+    if (IsIconView()) ListView_Arrange(gList, LVA_DEFAULT);
+}
+
 DWORD ViewBits(UiStyle style) {
     switch (style) {
         case UiStyle::LargeIcons:
@@ -62,28 +71,6 @@ DWORD ViewBits(UiStyle style) {
         default:
             return LVS_REPORT;
     }
-}
-
-// Length of the entries' names from which on they may be the widest; 0 while the control is not measuring.
-std::size_t gMeasuredFrom = 0;
-
-// A control that measures every text to find the widest does it fast when only the longest names are texts.
-class MeasureLongestOnly {
-  public:
-    MeasureLongestOnly() {
-        std::size_t longest = 0;
-        for (const LVobjectPtr& entry : gEntries) longest = std::max(longest, entry->name.view().size());
-        gMeasuredFrom = std::max<std::size_t>(1, longest - longest / 10);
-    }
-    ~MeasureLongestOnly() { gMeasuredFrom = 0; }
-    MeasureLongestOnly(const MeasureLongestOnly&) = delete;
-    MeasureLongestOnly& operator=(const MeasureLongestOnly&) = delete;
-};
-
-void SetViewBits(UiStyle style) {
-    const MeasureLongestOnly measuring;
-    const LONG bits = GetWindowLongW(gList, GWL_STYLE);
-    SetWindowLongW(gList, GWL_STYLE, (bits & ~LVS_TYPEMASK) | static_cast<LONG>(ViewBits(style)));
 }
 
 // Small arrow on the heading of the sorted column; -1: none.
@@ -146,6 +133,12 @@ class SelectionKeeper {
         ListView_EnsureVisible(gList, index, FALSE);
     }
 
+    // The selection too where the control has forgotten it.
+    void RestoreAll() const {
+        if (selected_ > 0 && selected_ == EntryCount()) SelectAllEntries();
+        Restore();
+    }
+
   private:
     bool Some() const { return selected_ > 0 && selected_ < EntryCount(); }
     int selected_;
@@ -153,6 +146,34 @@ class SelectionKeeper {
     const LVobject* focusedEntry_ = nullptr;
     std::unordered_set<const LVobject*> entries_;
 };
+
+// The entries that the control sees while it measures texts to find the widest.
+std::vector<LVobject*> gSample;
+constexpr std::size_t kSampleSize = 24;
+
+std::vector<LVobject*> LongestNames() {
+    std::vector<LVobject*> entries;
+    for (const LVobjectPtr& entry : gEntries) entries.push_back(entry.get());
+    const std::size_t size = std::min(kSampleSize, entries.size());
+    std::partial_sort(
+        entries.begin(), entries.begin() + static_cast<std::ptrdiff_t>(size), entries.end(),
+        [](const LVobject* a, const LVobject* b) { return a->name.view().size() > b->name.view().size(); });
+    entries.resize(size);
+    return entries;
+}
+
+// The control measures every entry when a view begins, so it sees the longest names only.
+void SetViewBits(UiStyle style) {
+    const SelectionKeeper keeper;
+    gSample = LongestNames();
+    ListView_SetItemCountEx(gList, static_cast<int>(gSample.size()), LVSICF_NOINVALIDATEALL | LVSICF_NOSCROLL);
+    const LONG bits = GetWindowLongW(gList, GWL_STYLE);
+    SetWindowLongW(gList, GWL_STYLE, (bits & ~LVS_TYPEMASK) | static_cast<LONG>(ViewBits(style)));
+    gSample.clear();
+    ListView_SetItemCountEx(gList, EntryCount(), 0);
+    ArrangeIcons();
+    keeper.RestoreAll();
+}
 
 void Resort(int column, int logicalColumn) {
     const bool descending = gSort.descending[logicalColumn];
@@ -206,18 +227,22 @@ void InitListView() {
 
 void LV_AddEntries(TVobject* folder, std::vector<LVobjectPtr> entries) {
     gFolder = folder;
-    if (gEntries.empty()) {
+    const bool first = gEntries.empty();
+    if (first) {
         gEntries = std::move(entries);
     } else {
         std::move(entries.begin(), entries.end(), std::back_inserter(gEntries));
     }
     // The first entries show at once; the scroll bars, which cost more than taking the entries, follow now and then.
     const DWORD now = GetTickCount();
-    if (!gColumnsFitted || now - gCountShownAt >= kCountShownEvery) {
+    const bool due = !gColumnsFitted || now - gCountShownAt >= kCountShownEvery;
+    // Icons would have to be arranged again each time, so theirs follow when all are there.
+    if (first || (due && !IsIconView())) {
         gCountShownAt = now;
         ShowCount();
+        ArrangeIcons();
+        if (gZarn.uiStyle != UiStyle::Details) InvalidateRect(gList, nullptr, TRUE);
     }
-    if (gZarn.uiStyle != UiStyle::Details) InvalidateRect(gList, nullptr, TRUE);
     if (!gColumnsFitted && !gEntries.empty()) {
         gColumnsFitted = true;
         FitColumns(gList, gZarn.COLUMNS);
@@ -226,14 +251,15 @@ void LV_AddEntries(TVobject* folder, std::vector<LVobjectPtr> entries) {
 
 void LV_EntriesComplete() {
     if (gList == nullptr) return;
+    SendMessageW(gList, WM_SETREDRAW, FALSE, 0);
     ShowCount();
     if (gZarn.uiStyle == UiStyle::List || gZarn.uiStyle == UiStyle::SmallIcons) {
         // The control measures the width of these views' columns only when a view begins.
-        SendMessageW(gList, WM_SETREDRAW, FALSE, 0);
         SetViewBits(UiStyle::Details);
         SetViewBits(gZarn.uiStyle);
-        SendMessageW(gList, WM_SETREDRAW, TRUE, 0);
     }
+    ArrangeIcons();
+    SendMessageW(gList, WM_SETREDRAW, TRUE, 0);
     InvalidateRect(gList, nullptr, TRUE);
 }
 
@@ -241,6 +267,7 @@ int LV_AddItem(LVobjectPtr entry) {
     if (!entry || gList == nullptr) return -1;
     gEntries.push_back(std::move(entry));
     ShowCount();
+    ArrangeIcons();
     return EntryCount() - 1;
 }
 
@@ -250,6 +277,7 @@ void LV_DeleteItem(int index) {
     // The control moves its own selection and focus along.
     ListView_DeleteItem(gList, index);
     ShowCount();
+    ArrangeIcons();
     InvalidateRect(gList, nullptr, TRUE);
 }
 
@@ -360,8 +388,10 @@ void SortEntriesByClick(int position) {
     Resort(position, logical);
 }
 
-bool NameIsWanted(const LVobject& entry) {
-    return gMeasuredFrom == 0 || entry.name.view().size() >= gMeasuredFrom;
+LVobject* ShownEntryAt(int index) {
+    if (gSample.empty()) return EntryAt(index);
+    return index >= 0 && static_cast<std::size_t>(index) < gSample.size() ? gSample[static_cast<std::size_t>(index)]
+                                                                          : nullptr;
 }
 
 int IndexOfEntry(const LVobject* entry) {

@@ -49,8 +49,8 @@ void SortEntriesByClick(int position);
 // The entry's index, -1 when the pane does not hold it (any more).
 int IndexOfEntry(const LVobject* entry);
 void RedrawEntry(int index);
-// False while the control looks for the widest name and this entry's is none of the longest.
-bool NameIsWanted(const LVobject& entry);
+// What the control is to show at an index: the entry there, except while it measures.
+LVobject* ShownEntryAt(int index);
 
 // WM_NOTIFY of the list; true when handled, with the answer in `result`.
 bool LV_NotifyHandler(NMHDR* header, LRESULT& result);

@@ -269,12 +269,14 @@ void TV_DeleteChildren(TVobject* node) {
     for (const NodePtr& child : node->children) ForgetNodesBelow(child.get());
     {
         const RedrawPause pause;
-        if (node->hItem != 0) TreeView_Expand(gTree, ItemOf(node), TVE_COLLAPSE);
+        if (node->hItem != 0) TreeView_Expand(gTree, ItemOf(node), TVE_COLLAPSE | TVE_COLLAPSERESET);
         for (auto child = node->children.rbegin(); child != node->children.rend(); ++child) RemoveItem(child->get());
     }
     node->children.clear();
     node->nChildren = 0;
     TV_SetChildren(node, I_CHILDRENCALLBACK);
+    // An item that was open once is opened without asking for its children again.
+    if (node->hItem != 0) TreeView_SetItemState(gTree, ItemOf(node), 0, TVIS_EXPANDEDONCE);
 }
 
 void TV_DeleteNode(TVobject* node) {
