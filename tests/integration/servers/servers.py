@@ -11,6 +11,8 @@ The command finds in its environment
   ZARN_FTP_USER, ZARN_FTP_PASSWORD                          good at all three
   ZARN_FTP_NAMED_USER, ZARN_FTP_NAMED_PASSWORD              good at ProFTPD and Pure-FTPd; vsftpd answers 530
   ZARN_FTP_ROOT                                             the tree's folder on this machine; "/" to the clients
+  ZARN_FTP_TREE                                             a file that says what the tree held at the start, links as
+                                                            links (programs under Wine cannot ask the disk for that)
 
 vsftpd takes any password for ZARN_FTP_USER, the other two refuse a wrong one. Times in listings are UTC.
 The servers end with the command, or with this script; their logs are shown if the command fails.
@@ -21,6 +23,7 @@ import os
 import pathlib
 import shutil
 import signal
+import stat
 import subprocess
 import sys
 import tempfile
@@ -43,6 +46,19 @@ def parse_arguments():
     if not set(arguments.only) <= set(ftp_servers.NAMES):
         parser.error(f"servers are {', '.join(ftp_servers.NAMES)}")
     return arguments
+
+
+def describe(tree, file):
+    """Every entry below the tree: mode text, size, time, path, target of a link, each with a NUL behind it."""
+    with open(file, "wb") as out:
+        for parent, folders, files in os.walk(tree):
+            for name in folders + files:
+                path = os.path.join(parent, name)
+                status = os.lstat(path)
+                target = os.readlink(path) if stat.S_ISLNK(status.st_mode) else ""
+                fields = (stat.filemode(status.st_mode), str(status.st_size), str(int(status.st_mtime)),
+                          "/" + os.path.relpath(path, tree), target)
+                out.write(b"".join(os.fsencode(field) + b"\0" for field in fields))
 
 
 def show_logs(scratch):
@@ -81,8 +97,11 @@ def main():
                            ZARN_FTP_NAMED_USER=ftp_servers.NAMED_USER,
                            ZARN_FTP_NAMED_PASSWORD=ftp_servers.NAMED_PASSWORD)
         for name in arguments.only:
-            servers.append(ftp_servers.Server(name, tree, scratch, banner=f"{name} of the tests\nSecond line\n"))
+            banner = f"{name} of the tests on UNIX\nSecond line\n"
+            servers.append(ftp_servers.Server(name, tree, scratch, banner=banner))
             environment[PORT_VARIABLES[name]] = str(servers[-1].port)
+        describe(tree, scratch / "tree-description")
+        environment["ZARN_FTP_TREE"] = str(scratch / "tree-description")
         status = run(arguments.command, environment)
         if status != 0:
             show_logs(scratch)
