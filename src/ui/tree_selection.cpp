@@ -254,6 +254,7 @@ void SelectWithoutListing(TVobject* node) {
     if (node != nullptr && node->hItem != 0) TreeView_SelectItem(TreeWindow(), ItemOf(node));
     gOnlySelects = false;
     gCurrent = node;
+    if (node != nullptr) gSession.activeSite = TV_GetFtpSite(node);
 }
 
 void ForgetNodesBelow(const TVobject* node) {
