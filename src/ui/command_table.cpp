@@ -23,10 +23,12 @@
 #include "ui/command_context.h"
 #include "ui/help.h"
 #include "ui/list_columns.h"
+#include "ui/list_edit.h"
 #include "ui/list_pane.h"
 #include "ui/main_window.h"
 #include "ui/status_bar.h"
 #include "ui/titles.h"
+#include "ui/tree_edit.h"
 #include "ui/tree_pane.h"
 #include "ui/tree_selection.h"
 
@@ -120,6 +122,56 @@ void OnParentFolder(HWND, UINT) {
     if (node != nullptr && node->pTVparent != nullptr) SelectNode(node->pTVparent);
 }
 
+void EditFirstSelectedLabel() {
+    const int first = FirstSelected();
+    if (first < 0) return;
+    SetFocus(ListWindow());
+    ListView_EditLabel(ListWindow(), first);
+}
+
+void EditSelectedNodeLabel() {
+    SetFocus(TreeWindow());
+    TreeView_EditLabel(TreeWindow(), TreeView_GetSelection(TreeWindow()));
+}
+
+// Deletes what the focused pane has selected: entries on the server or the disk, or a site that is not connected.
+void OnDelete(HWND, UINT) {
+    const CommandContext context = CurrentCommandContext();
+    if (context.focus == CommandContext::Focus::List) {
+        delete_fx();
+    } else if (context.nodeKind == kKindSite && !context.siteConnected) {
+        DeleteSiteNode(SelectedNode());
+    }
+}
+
+void OnDeleteEntries(HWND, UINT) {
+    delete_fx();
+}
+
+// Starts the naming of a new folder below the selected one.
+void OnNewFolder(HWND, UINT) {
+    const CommandContext context = CurrentCommandContext();
+    const bool isRemote = context.nodeKind == kKindSiteRoot || context.nodeKind == kKindFolder;
+    const bool isLocal = context.nodeKind == kKindLocalRoot || context.nodeKind == kKindLocalFolder;
+    if ((isRemote && context.siteConnected) || isLocal) newfolder_fx(SelectedNode());
+}
+
+void OnRename(HWND, UINT) {
+    if (gApp.focus == Pane::List) {
+        EditFirstSelectedLabel();
+    } else {
+        EditSelectedNodeLabel();
+    }
+}
+
+void OnRenameEntry(HWND, UINT) {
+    EditFirstSelectedLabel();
+}
+
+void OnLineUpIcons(HWND, UINT) {
+    ListView_Arrange(ListWindow(), LVA_SNAPTOGRID);
+}
+
 void OnRefresh(HWND, UINT) {
     RefreshSelectedFolder();
 }
@@ -209,6 +261,8 @@ constexpr Command kCommands[] = {
     {IDM_CMD_STAT, "IDM_CMD_STAT", OnStatistics},
     {IDM_CONNECT, "IDM_CONNECT", OnConnect},
     {IDM_COPY, "IDM_COPY", OnCopy},
+    {IDM_DELETE, "IDM_DELETE", OnDelete},
+    {IDM_DELETE_SITE, nullptr, OnDelete},
     {IDM_DISCONNECT, "IDM_DISCONNECT", OnDisconnect},
     {IDM_EXITAPP, "IDM_EXITAPP", OnExit},
     {IDM_HELP_CONTENTS, nullptr, OnHelp},
@@ -219,6 +273,15 @@ constexpr Command kCommands[] = {
     {IDM_DETAILS_UNIX, nullptr, OnView},
     {IDM_LOGIN_SEND, "IDM_LOGIN_SEND", OnTracedOnly},
     {IDM_LV_CDPARENT, "IDM_LV_CDPARENT", OnParentFolder},
+    {IDM_LV_DELETE, nullptr, OnDeleteEntries},
+    {IDM_LV_NEWFOLDER, nullptr, OnNewFolder},
+    {IDM_NEWFOLDER, nullptr, OnNewFolder},
+    {IDM_TV_NEWFOLDER, nullptr, OnNewFolder},
+    {IDM_RENAME, nullptr, OnRename},
+    {IDM_RENAME_SITE, nullptr, OnRename},
+    {IDM_TV_RENAME, nullptr, OnRename},
+    {IDM_LV_RENAME, nullptr, OnRenameEntry},
+    {IDM_VIEW_LINEUP_ICONS, nullptr, OnLineUpIcons},
     {IDM_LV_REFRESH, nullptr, OnRefresh},
     {IDM_LV_RECEIVE, "IDM_LV_RECEIVE", OnTransfer},
     {IDM_RECEIVE, "IDM_RECEIVE", OnTransfer},
