@@ -8,8 +8,6 @@
 
 namespace {
 
-constexpr std::string_view kLinkArrow = " -> ";
-
 // False when memory is short; an empty source leaves the field null.
 bool CopyNonEmpty(const char* source, OwnedText& field) {
     if (source == nullptr || *source == '\0') return true;
@@ -89,10 +87,19 @@ OwnedText Zarn_GetColumnSizeText(std::uint32_t size) {
 std::string_view EntryName(const LVobject& entry) {
     const std::string_view name = entry.name.view();
     if (entry.type != kKindLink) return name;
-    const std::size_t arrow = name.rfind(kLinkArrow);
-    // An arrow in first place has no name before it.
-    if (arrow == std::string_view::npos || arrow == 0) return name;
-    return name.substr(0, arrow);
+    return name.substr(0, LastLinkArrow(name));
+}
+
+std::size_t LastLinkArrow(std::string_view text) {
+    std::size_t last = std::string_view::npos;
+    std::size_t from = 0;
+    while (true) {
+        const std::size_t found = text.find(kLinkArrow, from);
+        // One with nothing before it ends the search, as wanted.
+        if (found == std::string_view::npos || found == from) return last;
+        last = found;
+        from = found + kLinkArrow.size();
+    }
 }
 
 std::string ShownName(std::string_view remoteName) {

@@ -76,12 +76,20 @@ struct LVobjectDeleter {
     void operator()(LVobject* entry) const { Zarn_FreeLVobject(entry); }
 };
 using LVobjectPtr = std::unique_ptr<LVobject, LVobjectDeleter>;
+struct SymLinkItemDeleter {
+    void operator()(SymLinkItem* item) const { Zarn_FreeSymLinkItem(item); }
+};
+using SymLinkItemPtr = std::unique_ptr<SymLinkItem, SymLinkItemDeleter>;
 
 // Makes a record ready to be parsed into again; sizeText, type, link and node are left alone.
 void ClearLVobject(LVobject* entry);
 
 // "0KB", "1KB" up to 2047 bytes, "4,882KB".
 OwnedText Zarn_GetColumnSizeText(std::uint32_t size);
+// What stands between a link's name and its target.
+inline constexpr std::string_view kLinkArrow = " -> ";
+// Where the arrow before the target begins: the last one that has a text before it; npos for a name without.
+std::size_t LastLinkArrow(std::string_view text);
 // The name without " -> target" for a link, the whole name otherwise.
 std::string_view EntryName(const LVobject& entry);
 // A remote name as the windows and the console show it: DisplayName, control characters as "?". The record keeps the

@@ -12,20 +12,6 @@ namespace {
 
 constexpr char kName[] = "FtpParseLine";
 
-// The style of a Windows NT server's listing; false when the line tells none.
-bool DecideStyle(std::string_view line, ListingStyle& style) {
-    if (line.empty()) return false;
-    const bool isNt = IsDigit(line.front());
-    constexpr std::string_view kFirst = "-dlcb";
-    constexpr std::string_view kSecond = "-rwx";
-    const bool isUnix = line.size() > 1 && kFirst.find(line[0]) != std::string_view::npos &&
-                        kSecond.find(line[1]) != std::string_view::npos;
-    if (!isNt && !isUnix) return false;
-    style.decided = true;
-    style.isUnix = isUnix;
-    return true;
-}
-
 void TraceBadLine(std::string_view line) {
     if (!gTrace.Any()) return;
     DbgVsprintf(kName, "ERROR. BAD Line was read!!!!\n(%s)\n", std::string(line.substr(0, kTextBuffer)).c_str());
@@ -34,18 +20,11 @@ void TraceBadLine(std::string_view line) {
 bool ParseNtServerLine(std::uint32_t lineNumber, std::string_view line, ListingStyle& style, LVobject* entry) {
     if (lineNumber == 1) style = ListingStyle();
     // A line that told nothing leaves the choice to the next one.
-    if (!style.decided && !DecideStyle(line, style)) {
+    if (!style.decided && !DecideListingStyle(line, style)) {
         TraceBadLine(line);
         return false;
     }
     return style.isUnix ? BuildItemFromUnixStr(line, entry) : BuildItemFromNTStr(line, entry, HOST_TYPE_WINDOWS_NT);
-}
-
-// Drops an inode or block-count column.
-std::string_view SkipLeadingNumbers(std::string_view line) {
-    std::size_t position = 0;
-    while (position < line.size() && (IsDigit(line[position]) || IsBlank(line[position]))) ++position;
-    return line.substr(position);
 }
 
 bool ParseByHostType(std::uint32_t lineNumber, std::uint32_t hostType, std::string_view line, ListingStyle& style,
@@ -77,6 +56,19 @@ void Count(const LVobject& entry, ListingCounters& counters) {
 }
 
 }  // namespace
+
+bool DecideListingStyle(std::string_view line, ListingStyle& style) {
+    if (line.empty()) return false;
+    const bool isNt = IsDigit(line.front());
+    constexpr std::string_view kFirst = "-dlcb";
+    constexpr std::string_view kSecond = "-rwx";
+    const bool isUnix = line.size() > 1 && kFirst.find(line[0]) != std::string_view::npos &&
+                        kSecond.find(line[1]) != std::string_view::npos;
+    if (!isNt && !isUnix) return false;
+    style.decided = true;
+    style.isUnix = isUnix;
+    return true;
+}
 
 LVobjectPtr FtpParseLine(std::uint32_t lineNumber, std::uint32_t hostType, std::string_view line, ListingStyle& style,
                          ListingCounters& counters) {

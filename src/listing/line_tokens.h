@@ -17,6 +17,12 @@ inline std::string_view SkipBlanks(std::string_view text) {
     while (position < text.size() && IsBlank(text[position])) ++position;
     return text.substr(position);
 }
+// Drops an inode or block-count column.
+inline std::string_view SkipLeadingNumbers(std::string_view line) {
+    std::size_t position = 0;
+    while (position < line.size() && (IsDigit(line[position]) || IsBlank(line[position]))) ++position;
+    return line.substr(position);
+}
 // Length of the run of other characters at the front.
 inline std::size_t TokenLength(std::string_view text) {
     std::size_t length = 0;

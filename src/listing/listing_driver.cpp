@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "config/host_types.h"
+#include "config/settings.h"
 #include "foundation/catalogue.h"
 #include "foundation/message_ids.h"
 #include "foundation/trace.h"
@@ -14,9 +15,12 @@
 #include "ftp/session_view.h"
 #include "ftp/worker.h"
 #include "listing/dump_reader.h"
+#include "listing/host_detection.h"
 #include "listing/line_parser.h"
 #include "listing/listing_view.h"
 #include "listing/lost_connection.h"
+#include "listing/symlinks.h"
+#include "platform/clock.h"
 
 ListingView gListingView;
 
@@ -24,6 +28,8 @@ namespace {
 
 // The first entries are shown at once, the rest in large batches.
 constexpr std::size_t kFirstBatch = 200;
+// While links are followed, what is read already is shown after this time.
+constexpr std::uint32_t kShowWithinMilliseconds = 250;
 // Bytes of a listing that are read: about two million entries, which is what a 32-bit program can hold.
 constexpr std::uint64_t kLongestListing = 160u << 20;
 
@@ -48,6 +54,11 @@ class ParsingMark {
     ParsingMark& operator=(const ParsingMark&) = delete;
 };
 
+// Without a site it is the local computer.
+std::uint32_t HostTypeOf(const Site* site) {
+    return site != nullptr ? site->dwCurType : HOST_TYPE_LOCAL;
+}
+
 bool IsOwnOrParentFolder(const LVobject& entry) {
     const std::string_view name = entry.name.view();
     return name == "." || name == "..";
@@ -56,7 +67,8 @@ bool IsOwnOrParentFolder(const LVobject& entry) {
 // Turns lines into entries and hands them over in batches.
 class ListingRun {
   public:
-    ListingRun(TVobject* node, std::uint32_t hostType) : node_(node), hostType_(hostType) {}
+    ListingRun(TVobject* node, Site* site, std::uint32_t hostType, std::string_view folder)
+        : node_(node), site_(site), hostType_(hostType), folder_(folder) {}
 
     void Take(std::string_view line) {
         LVobjectPtr entry = FtpParseLine(++lineNumber_, hostType_, line, style_, counters_);
@@ -65,6 +77,7 @@ class ListingRun {
             return;
         }
         if (entry->name.empty() || IsOwnOrParentFolder(*entry)) return;
+        if (FollowsLinks() && entry->type == kKindLink && !Resolve(*entry)) return;
         entry->node = node_;
         batch_.push_back(std::move(entry));
         if (batch_.size() >= batchSize_) HandOver();
@@ -75,6 +88,7 @@ class ListingRun {
         node_->files = counters_.files;
         node_->links = counters_.links;
         node_->bytes = counters_.bytes;
+        handedOverAt_ = platform::TickCount();
         if (batch_.empty()) return;
         batchSize_ = kListingBatch;
         std::vector<LVobjectPtr> full;
@@ -84,16 +98,39 @@ class ListingRun {
     }
 
     int Unreadable() const { return unreadable_; }
+    // Every line was rejected: the server is perhaps of another type than it is taken for.
+    bool NothingParsed() const { return unreadable_ > 0 && lineNumber_ == static_cast<std::uint32_t>(unreadable_); }
 
   private:
+    bool FollowsLinks() const {
+        return gZarn.RESOLVELINKS != 0 && hostType_ != HOST_TYPE_LOCAL && site_ != nullptr && !serverLost_ &&
+               !site_->pszCurrentDir.empty() && !StopRequested();
+    }
+    // False when the link leads nowhere: the entry is dropped, as wanted, and the console says so.
+    bool Resolve(LVobject& entry) {
+        // Each link costs several answers of the server; what stands before it is shown meanwhile.
+        if (platform::TickCount() - handedOverAt_ >= kShowWithinMilliseconds) HandOver();
+        int result = FTP_COMPLETE;
+        const SymLinkItemPtr target = Zarn_ResolveSymLink(site_, folder_.c_str(), &entry, result);
+        if (target && ApplyLinkTarget(*target, &entry)) return true;
+        DoPrintIdArgs(MSG_LINK_NOT_RESOLVED, ShownName(entry.name.view()));
+        const bool broken = result == SOCKET_ERROR || result == FTP_CLOSE || !HasControlSocket(site_);
+        serverLost_ = broken && EndLostConnection("LV_ParseObjects", site_, result, "");
+        return false;
+    }
+
     TVobject* node_;
+    Site* site_;
     std::uint32_t hostType_;
+    std::string folder_;
     ListingStyle style_;
     ListingCounters counters_;
     std::vector<LVobjectPtr> batch_;
     std::size_t batchSize_ = kFirstBatch;
     std::uint32_t lineNumber_ = 0;
+    std::uint32_t handedOverAt_ = platform::TickCount();
     int unreadable_ = 0;
+    bool serverLost_ = false;
 };
 
 // Nobody has to be served between the lines: the window's thread is not this one.
@@ -121,17 +158,14 @@ void EndListing(TVobject* node, int result) {
     ClearFlags();
 }
 
-int ParseDumpFile(TVobject* node, std::uint32_t hostType) {
+// Reads the dump file through under one host type; false when it cannot be opened.
+bool ParseWholeDump(TVobject* node, Site* site, const OwnedText& path, bool mayAskServer) {
     constexpr char kName[] = "LV_ParseObjects";
-    const OwnedText path = TV_GetPath(node);
-    if (!path) {
-        DbgVsprintf(kName, "(ERROR) Call to TV_GetPath(%x) Failed.", Address(node));
-        return FTP_ERROR;
-    }
+    const std::uint32_t hostType = HostTypeOf(site);
     DumpReader reader;
     if (!reader.Open(kName, ListingDumpFile())) {
         DbgVsprintf(kName, "(ERROR) Failed to get Dumpfile Handle for %s! Returning -1", path.c_str());
-        return FTP_ERROR;
+        return false;
     }
     ShowStatus(CatalogueText(MSG_PARSING_LIST).c_str());
     // The root of a Windows NT server keeps its children: they are its drives and folders that the server never lists.
@@ -140,9 +174,23 @@ int ParseDumpFile(TVobject* node, std::uint32_t hostType) {
     node->folders = node->files = node->links = 0;
     node->bytes = 0;
 
-    ListingRun run(node, hostType);
+    ListingRun run(node, site, hostType, path.view());
     ParseLines(reader, run);
+    reader.Close();
+    if (mayAskServer && run.NothingParsed() && DetectUnreadableHost(site))
+        return ParseWholeDump(node, site, path, false);
     if (run.Unreadable() > 0) DoPrintIdArgs(MSG_LISTING_LINES_UNREADABLE, run.Unreadable());
+    return true;
+}
+
+int ParseDumpFile(TVobject* node, Site* site) {
+    constexpr char kName[] = "LV_ParseObjects";
+    const OwnedText path = TV_GetPath(node);
+    if (!path) {
+        DbgVsprintf(kName, "(ERROR) Call to TV_GetPath(%x) Failed.", Address(node));
+        return FTP_ERROR;
+    }
+    if (!ParseWholeDump(node, site, path, true)) return FTP_ERROR;
     EndListing(node, FTP_COMPLETE);
     return FTP_COMPLETE;
 }
@@ -225,8 +273,7 @@ int LV_ParseObjects(TVobject* node) {
         DeleteListingDumpFile();
         return FTP_ERROR;
     }
-    const Site* site = TV_GetFtpSite(node);
-    const int result = ParseDumpFile(node, site != nullptr ? site->dwCurType : HOST_TYPE_LOCAL);
+    const int result = ParseDumpFile(node, TV_GetFtpSite(node));
     DeleteListingDumpFile();
     return result;
 }

@@ -87,14 +87,17 @@ void ReadSample(const std::string& path, CorpusSample& sample) {
 }  // namespace
 
 std::vector<CorpusSample> ReadCorpus() {
-    const std::string folder = std::string(ZARN_SOURCE_DIR) + "/tests/listing/corpus";
+    static constexpr char folder[] = ZARN_SOURCE_DIR "/tests/listing/corpus";
     std::vector<platform::FileInfo> files;
-    platform::ListFolder(folder.c_str(), files);
+    platform::ListFolder(folder, files);
     std::vector<CorpusSample> samples;
     for (const platform::FileInfo& info : files) {
         CorpusSample sample;
         sample.file = info.name;
-        ReadSample(folder + "/" + info.name, sample);
+        std::string path = "/";
+        path += info.name;
+        path.insert(0, folder);
+        ReadSample(path, sample);
         samples.push_back(std::move(sample));
     }
     std::sort(samples.begin(), samples.end(), [](const auto& a, const auto& b) { return a.file < b.file; });

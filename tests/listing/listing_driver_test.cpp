@@ -102,7 +102,6 @@ TEST_F(ListingDriver, NodeCountsWhatItsListingHolds) {
 }
 
 TEST_F(ListingDriver, LinksStayLinks) {
-    gZarn.RESOLVELINKS = 1;
     harness.server.SetListing("/pub", "lrwxrwxrwx 1 a b 10 Jan 2 2001 l -> m\r\n");
     ASSERT_EQ(FTP_COMPLETE, LV_ChangeDir(pub));
     ASSERT_EQ(1u, list.entries.size());
