@@ -72,6 +72,16 @@ void StripDotsAndBlanks(std::string& name) {
     if (name.empty()) name = kReplacement;
 }
 
+std::string CutKeepingExtension(std::string_view name, std::size_t longest) {
+    if (name.size() <= longest) return std::string(name);
+    std::string_view extension = name.substr(ExtensionStart(name));
+    if (extension.size() > kLongestKeptExtension || extension.size() >= longest) extension = {};
+    std::string fitted(CutWhole(name.substr(0, name.size() - extension.size()), longest - extension.size()));
+    fitted += extension;
+    StripDotsAndBlanks(fitted);
+    return fitted;
+}
+
 // The part that decides whether a name means a device: up to the first dot, without blanks before it.
 std::string DeviceStem(std::string_view name) {
     std::string stem = AsciiLower(name.substr(0, name.find('.')));
@@ -108,12 +118,10 @@ std::string SafeLocalName(std::string_view remoteName) {
 
 std::string FitName(std::string_view name, std::size_t longest) {
     if (name.size() <= longest) return std::string(name);
-    std::string_view extension = name.substr(ExtensionStart(name));
-    if (extension.size() > kLongestKeptExtension || extension.size() >= longest) extension = {};
-    std::string fitted(CutWhole(name.substr(0, name.size() - extension.size()), longest - extension.size()));
-    fitted += extension;
-    StripDotsAndBlanks(fitted);
-    return fitted;
+    const std::string fitted = CutKeepingExtension(name, longest);
+    if (!IsDeviceName(fitted)) return fitted;
+    // Cut before a character that made it a name: "con", many blanks, "x.txt".
+    return CutKeepingExtension(kReplacement + fitted, longest);
 }
 
 std::string ConvertCase(std::string_view name, int caseConversion) {

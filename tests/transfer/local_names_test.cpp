@@ -93,6 +93,17 @@ TEST(SafeLocalName, LongNamesKeepTheirExtensionAndNoCharacterIsSplit) {
     EXPECT_LE(SafeLocalName("a." + std::string(400, 'e')).size(), 255u);
 }
 
+TEST(FitName, CuttingBringsNoDeviceNameToLight) {
+    const std::string name = SafeLocalName("con" + std::string(100, ' ') + "x.txt");
+    EXPECT_EQ("con" + std::string(100, ' ') + "x.txt", name);
+    for (std::size_t longest = 12; longest <= name.size(); ++longest) {
+        const std::string fitted = FitName(name, longest);
+        EXPECT_FALSE(IsDeviceName(fitted)) << longest;
+        EXPECT_LE(fitted.size(), longest);
+        EXPECT_EQ(".txt", fitted.substr(fitted.size() - 4));
+    }
+}
+
 TEST(SafeLocalName, BytesThatAreNotUtf8BecomeText) {
     const std::string safe = SafeLocalName("caf\xE9.txt");
     EXPECT_TRUE(platform::IsValidUtf8(safe));
