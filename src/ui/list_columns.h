@@ -7,8 +7,17 @@
 
 #include "listing/directory_entry.h"
 
-enum LogicalColumn { kColumnName, kColumnType, kColumnUmask, kColumnLinks, kColumnOwner, kColumnGroup, kColumnSize,
-                     kColumnTimestamp, kLogicalColumns };
+enum LogicalColumn {
+    kColumnName,
+    kColumnType,
+    kColumnUmask,
+    kColumnLinks,
+    kColumnOwner,
+    kColumnGroup,
+    kColumnSize,
+    kColumnTimestamp,
+    kLogicalColumns
+};
 
 // The logical column shown at a display position of the layout with `columns` columns.
 int LogicalColumnAt(std::uint32_t columns, int position);

@@ -42,7 +42,8 @@ void SelectAllEntries();
 // Selected, focused and scrolled into view; the others are not selected any more.
 void SelectOnly(int index);
 void LV_ChangeView(UiStyle style, std::uint32_t columns);
-// Sorts by a column number of the shown layout, as CompareEntries takes it; selection and focus stay with their entries.
+// Sorts by a column number of the shown layout, as CompareEntries takes it; selection and focus stay with their
+// entries.
 void SortEntriesByColumn(int column);
 // A click on the heading at a display position.
 void SortEntriesByClick(int position);

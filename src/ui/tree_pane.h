@@ -19,8 +19,8 @@ HWND TreeWindow();
 // Images follow the resolution of the window.
 bool InitTreeViewImageLists(UINT dpi);
 
-// Top level: the add-site node, every site of the store (sorted), the local computer. Returns the node of the site named
-// by `lastSession`, or null.
+// Top level: the add-site node, every site of the store (sorted), the local computer. Returns the node of the site
+// named by `lastSession`, or null.
 TVobject* FillTreePane(const char* lastSession);
 TVobject* TV_AddSite(SitePtr site, HTREEITEM position);
 // Adds a child below `parent` unless one of that name is there ("ERROR: Item Already exists in Tree. Returning FALSE").

@@ -80,7 +80,8 @@ bool ChangeRemoteFolder(TVobject* node, Site* site) {
     const int result = LV_ChangeDir(node);
     if (result == FTP_COMPLETE) return true;
     DbgVsprintf(kFunction, "Call to LV_ChangeDir(%x:%s) Failed", Address(node), node->pszName.c_str());
-    const bool lost = result == FTP_CLOSE || result == SOCKET_ERROR;
+    // A broken data connection gives a socket error, too, and leaves the session as it was.
+    const bool lost = result == FTP_CLOSE || (result == SOCKET_ERROR && !HasControlSocket(site));
     if (lost && gSessionView.postDisconnect != nullptr) gSessionView.postDisconnect(site);
     return false;
 }
