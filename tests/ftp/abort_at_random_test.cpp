@@ -130,7 +130,11 @@ TEST(AbortAtRandom, EveryOperationEndsInOrder) {
         for (const Named& stop : kStops)
             for (int round = 0; round < rounds && !testing::Test::HasFailure(); ++round)
                 RunRound(scene, operation, stop, random() % kLongestDelay);
-    EXPECT_TRUE(scene.h.server.WaitForConnections(HasControlSocket(scene.site) ? 1 : 0));
+    std::printf("all rounds done\n");
+    std::fflush(stdout);
+    EXPECT_TRUE(scene.h.server.WaitForConnections(HasControlSocket(scene.site) ? 1 : 0))
+        << scene.h.server.OpenConnections() << " open at port " << scene.h.server.Port() << ", the client has "
+        << HasControlSocket(scene.site);
 }
 
 }  // namespace

@@ -14,7 +14,9 @@ TEST(LineLength, ALineWithoutLineFeedThatCameAloneIsTakenAsItIs) {
 
 TEST(LineLength, AFullPeekWithoutLineFeedAsksForMore) {
     EXPECT_EQ(LineLength(std::string(82, 'x'), 82), 0u);
-    EXPECT_EQ(LineLength(std::string(81, 'x') + "\n", 82), 82u);
+    std::string line(82, 'x');
+    line.back() = '\n';
+    EXPECT_EQ(LineLength(line, 82), 82u);
 }
 
 TEST(ReplyLineCode, ABlankAfterTheCodeEndsTheReply) {
