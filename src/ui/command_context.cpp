@@ -9,7 +9,9 @@
 Site* SelectedSite() {
     const TVobject* node = SelectedNode();
     if (node == nullptr || node->wObjType == kKindAddSite || node->wObjType == kKindLocalComputer) return nullptr;
-    return TV_GetFtpSite(node);
+    Site* site = TV_GetFtpSite(node);
+    // The local computer is a site to the listing only.
+    return site == nullptr || site->dwCurType == HOST_TYPE_LOCAL ? nullptr : site;
 }
 
 bool CommandsRefused() {

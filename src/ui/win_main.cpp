@@ -21,6 +21,7 @@
 #include "ui/app.h"
 #include "ui/command_line.h"
 #include "ui/help.h"
+#include "ui/list_pane.h"
 #include "ui/main_window.h"
 #include "ui/splitter.h"
 #include "ui/tree_pane.h"
@@ -101,7 +102,8 @@ int RunMessageLoop(HACCEL accelerators) {
             continue;
         }
         // While a label is edited its keys belong to the edit field.
-        const bool editing = TreeView_GetEditControl(TreeWindow()) != nullptr;
+        const bool editing =
+            TreeView_GetEditControl(TreeWindow()) != nullptr || ListView_GetEditControl(ListWindow()) != nullptr;
         if (!editing && accelerators != nullptr && TranslateAcceleratorW(gApp.mainWindow, accelerators, &message))
             continue;
         TranslateMessage(&message);

@@ -128,6 +128,7 @@ TEST_F(ReceiveTest, AbortInTheMiddleLeavesNothingAndTheConnectionUsable) {
     server_->Once("RETR", {Say("150 coming\r\n"), OpenData(), DataBytes(std::string(50000, 'x')), WaitDataClosed(),
                            Say("426 aborted\r\n")});
     SelectAndReceive(L"big.bin");
+    ASSERT_TRUE(program_->WaitFor([this] { return server_->CountCommands("RETR") == 1; }));
     HWND dialog = nullptr;
     ASSERT_TRUE(program_->WaitFor([&] { return (dialog = program_->Dialog(L"Tessmir File Transfers")) != nullptr; }));
     Picture("receive-progress");
