@@ -11,7 +11,8 @@
 class OwnedText {
   public:
     OwnedText() = default;
-    // A zero-filled allocation of `size` bytes (at least length + 1) that begins with `text`; null when memory is short.
+    // A zero-filled allocation of `size` bytes (at least length + 1) that begins with `text`; null when memory is
+    // short.
     static OwnedText Copy(std::string_view text, std::size_t size = 0) {
         OwnedText copy;
         const std::size_t needed = text.size() + 1;
