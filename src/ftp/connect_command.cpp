@@ -97,7 +97,7 @@ bool Zarn_HandleConnect(Site* site) {
         ReportUnknownDirectory(site);
         return false;
     }
-    site->chSeparator = RemoteSeparator(directory.get());
+    site->chSeparator = static_cast<unsigned char>(RemoteSeparator(directory.get()));
     site->pszCurrentDir = std::move(directory);
     return true;
 }

@@ -11,7 +11,7 @@ inline constexpr std::size_t kFirstPeek = 82;
 inline constexpr std::size_t kPeekStep = 260;
 // Lines of one reply and bytes of one reply after which the server is taken for broken.
 inline constexpr int kMostReplyLines = 10000;
-inline constexpr std::size_t kMostReplyBytes = 16 * 1024 * 1024;
+inline constexpr std::size_t kMostReplyBytes = std::size_t{16} * 1024 * 1024;
 
 // How many of the peeked bytes belong to the line, or 0 when the peek filled `limit` without a line feed and must be
 // repeated with more. A line without its line feed that came alone is taken as it is (a line split across packets is

@@ -72,7 +72,7 @@ void Zarn_Abort() {
     SetTransferAbort(true);
     EndWorker(site);
     // A connect that had only just begun leaves its half-made connection.
-    wasConnecting = wasConnecting || (HasControlSocket(site) && site->bConnected == 0);
+    wasConnecting = wasConnecting || (hasRecord && HasControlSocket(site) && site->bConnected == 0);
     if (hasRecord) CloseTransferSockets(*site->pSock, hadData);
     if (wasConnecting) {
         if (hasRecord) {

@@ -9,8 +9,8 @@
 namespace {
 
 constexpr std::size_t kMostPieces = 32;
-constexpr std::size_t kMostBytes = 256 * 1024;
-constexpr std::size_t kLargestPiece = 16 * 1024 * 1024;
+constexpr std::size_t kMostBytes = std::size_t{256} * 1024;
+constexpr std::size_t kLargestPiece = std::size_t{16} * 1024 * 1024;
 constexpr std::uint32_t kTellEveryMilliseconds = 50;
 
 }  // namespace

@@ -118,7 +118,7 @@ std::string SafeLocalName(std::string_view remoteName) {
 
 std::string FitName(std::string_view name, std::size_t longest) {
     if (name.size() <= longest) return std::string(name);
-    const std::string fitted = CutKeepingExtension(name, longest);
+    std::string fitted = CutKeepingExtension(name, longest);
     if (!IsDeviceName(fitted)) return fitted;
     // Cut before a character that made it a name: "con", many blanks, "x.txt".
     return CutKeepingExtension(kReplacement + fitted, longest);

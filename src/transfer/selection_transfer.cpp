@@ -101,7 +101,7 @@ std::string FolderOf(const LVobject& entry) {
 std::string ListedFolder(const std::vector<const LVobject*>& entries, const std::string& currentFolder) {
     for (const LVobject* entry : entries) {
         if (IsFolderKind(entry->type)) continue;
-        const std::string folder = FolderOf(*entry);
+        std::string folder = FolderOf(*entry);
         if (!folder.empty()) return folder;
     }
     const std::string folder = entries.empty() ? std::string() : FolderOf(*entries.front());

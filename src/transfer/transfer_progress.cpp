@@ -23,7 +23,7 @@ void ShowNamed(unsigned messageId, const char* name) {
 }
 
 std::string PlaceText(const char* host, const char* path) {
-    const std::string shownPath = ShownName(path != nullptr ? path : "");
+    std::string shownPath = ShownName(path != nullptr ? path : "");
     if (host == nullptr || *host == '\0') return shownPath;
     return ShownName(host) + " : " + shownPath;
 }
