@@ -104,15 +104,15 @@ TEST_P(Upload, StoredFilesAreOnTheServersDiskByteForByte) {
 TEST_P(Upload, WhatWasSentIsListedAndComesBackTheSame) {
     gZarn.SENDUNIQUE = 0;
     const std::string bytes = SomeBytes(100'000);
-    ASSERT_TRUE(Send("round trip.bin", bytes));
+    ASSERT_TRUE(Send("round %% trip 100%.bin", bytes));
     ASSERT_EQ(Open(kUploads), FTP_COMPLETE);
-    ASSERT_NE(Listed("round trip.bin"), nullptr);
-    EXPECT_EQ(Listed("round trip.bin")->size, bytes.size());
-    Select({"round trip.bin"});
+    ASSERT_NE(Listed("round %% trip 100%.bin"), nullptr);
+    EXPECT_EQ(Listed("round %% trip 100%.bin")->size, bytes.size());
+    Select({"round %% trip 100%.bin"});
     const LocalFolder fresh;
     EXPECT_EQ(ReceiveSelection(), 1);
-    EXPECT_TRUE(fresh.Read("round trip.bin") == bytes);
-    EXPECT_EQ(Delete("round trip.bin"), FTP_COMPLETE);
+    EXPECT_TRUE(fresh.Read("round %% trip 100%.bin") == bytes);
+    EXPECT_EQ(Delete("round %% trip 100%.bin"), FTP_COMPLETE);
 }
 
 TEST_P(Upload, SecondStoreReplacesTheFirst) {
