@@ -23,7 +23,10 @@ void ScriptedServer::State::AcceptConnections(void* argument) {
     };
     auto* state = static_cast<State*>(argument);
     while (!state->stopping) {
-        if (platform::WaitReadable(state->listener, kSliceMilliseconds) != 1) continue;
+        if (platform::WaitReadable(state->listener, kSliceMilliseconds) != 1) {
+            state->EndLostSends();
+            continue;
+        }
         const platform::Socket socket = platform::AcceptSocket(state->listener, nullptr);
         if (socket == platform::kNoSocket) continue;
         auto connection = std::make_unique<ServerConnection>(socket);
@@ -39,6 +42,13 @@ void ScriptedServer::State::AcceptConnections(void* argument) {
             start);
         state->connections.push_back(std::move(connection));
     }
+}
+
+// A send that waits for room is not always told that its peer has gone (seen under Wine).
+void ScriptedServer::State::EndLostSends() {
+    const std::lock_guard guard(lock);
+    for (const auto& connection : connections)
+        if (connection->sendingData && IsClosed(connection->control)) platform::CancelSocket(connection->data);
 }
 
 ScriptedServer::ScriptedServer() : state_(std::make_unique<State>()) {

@@ -18,6 +18,13 @@ bool SendAll(platform::Socket socket, std::string_view bytes) {
     return true;
 }
 
+bool SendData(ServerConnection& connection, std::string_view bytes) {
+    connection.sendingData = true;
+    const bool sent = SendAll(connection.data, bytes);
+    connection.sendingData = false;
+    return sent;
+}
+
 bool Tell(ServerConnection& connection, const std::string& line) {
     return SendAll(connection.control, line + "\r\n");
 }
@@ -30,12 +37,6 @@ void Close(std::atomic<platform::Socket>& stored) {
 void Reset(std::atomic<platform::Socket>& stored) {
     if (stored != platform::kNoSocket) platform::SetLinger(stored, 0);
     Close(stored);
-}
-
-bool IsClosed(platform::Socket socket) {
-    char byte[1];
-    const int readable = platform::WaitReadable(socket, 0);
-    return readable < 0 || (readable > 0 && platform::Peek(socket, byte) <= 0);
 }
 
 std::string Upper(std::string text) {
@@ -74,6 +75,12 @@ bool Connect(ServerConnection& connection, const std::string& from) {
 }
 
 }  // namespace
+
+bool IsClosed(platform::Socket socket) {
+    char byte[1];
+    const int readable = platform::WaitReadable(socket, 0);
+    return readable < 0 || (readable > 0 && platform::Peek(socket, byte) <= 0);
+}
 
 ServerScript ScriptedServer::State::TakeScript(const std::string& verb) {
     const std::lock_guard guard(lock);
@@ -145,7 +152,7 @@ bool ScriptedServer::State::RunStep(ServerConnection& connection, const ServerSt
             Connect(connection, step.text);
             return true;
         case Kind::DataBytes:
-            SendAll(connection.data, step.text);
+            SendData(connection, step.text);
             return true;
         case Kind::CloseData:
             Close(connection.data);
@@ -218,7 +225,7 @@ std::string ScriptedServer::State::ReceiveUpload(ServerConnection& connection) {
 bool ScriptedServer::State::SendOverData(ServerConnection& connection, const std::string& bytes) {
     if (!Tell(connection, "150 Opening data connection.")) return false;
     if (!Connect(connection, "")) return Tell(connection, "425 Cannot open data connection.");
-    const bool sent = SendAll(connection.data, bytes);
+    const bool sent = SendData(connection, bytes);
     Close(connection.data);
     return Tell(connection, sent ? "226 Transfer complete." : "426 Connection closed; transfer aborted.");
 }

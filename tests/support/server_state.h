@@ -18,6 +18,7 @@ struct ServerConnection {
     explicit ServerConnection(platform::Socket socket) : control(socket) {}
     std::atomic<platform::Socket> control;
     std::atomic<platform::Socket> data{platform::kNoSocket};
+    std::atomic<bool> sendingData{false};  // then nobody else reads the control connection
     std::atomic<bool> ended{false};
     platform::ThreadHandle thread = platform::kNoThread;
     // Of the connection's own thread.
@@ -28,6 +29,9 @@ struct ServerConnection {
     std::string received;  // bytes after the last whole line
     int uniqueNumber = 0;
 };
+
+// The peer has closed it, or it is broken.
+bool IsClosed(platform::Socket socket);
 
 struct ScriptedServer::State {
     platform::Socket listener = platform::kNoSocket;
@@ -51,6 +55,7 @@ struct ScriptedServer::State {
     std::vector<std::unique_ptr<ServerConnection>> connections;
 
     static void AcceptConnections(void* state);
+    void EndLostSends();
     void Serve(ServerConnection& connection);
     // False when the connection is over.
     bool RunCommand(ServerConnection& connection, const std::string& line);
