@@ -1,7 +1,10 @@
 #include "listing/dump_reader.h"
 
 #include <cstring>
+#include <new>
 
+#include "foundation/error_report.h"
+#include "foundation/trace.h"
 #include "ftp/dump_file.h"
 #include "listing/line_tokens.h"
 
@@ -36,18 +39,22 @@ bool DumpReader::Open(const char* traceContext, const char* fileName) {
     file_ = GetDumpFileHandle(traceContext, fileName, platform::FileAccess::Read);
     if (file_ == platform::kNoFile) return false;
     if (!platform::GetFileSize(file_, fileSize_)) fileSize_ = 0;
-    block_.resize(kBlockSize);
-    return true;
+    if (block_ == nullptr) block_.reset(new (std::nothrow) char[kBlockSize]);
+    if (block_ != nullptr) return true;
+    DbgVsprintf(traceContext, "(ERROR) Failed to Allocate Memory for pszFileBuffer. Returning -1");
+    ShowNoMemoryError();
+    Close();
+    return false;
 }
 
 // Moves what is left of the block to its front and fills the rest; false when the file gave nothing more.
 bool DumpReader::FillBlock() {
     const std::size_t left = blockLength_ - position_;
-    if (left > 0 && position_ > 0) std::memmove(block_.data(), block_.data() + position_, left);
+    if (left > 0 && position_ > 0) std::memmove(block_.get(), block_.get() + position_, left);
     position_ = 0;
     blockLength_ = left;
-    if (file_ == platform::kNoFile || left == block_.size()) return false;
-    const int received = platform::ReadFile(file_, std::span<char>(block_).subspan(left));
+    if (file_ == platform::kNoFile || left == kBlockSize) return false;
+    const int received = platform::ReadFile(file_, std::span<char>(block_.get(), kBlockSize).subspan(left));
     if (received <= 0) return false;
     blockLength_ += static_cast<std::size_t>(received);
     bytesRead_ += static_cast<std::uint64_t>(received);
@@ -57,7 +64,7 @@ bool DumpReader::FillBlock() {
 // The next line as it stands, without its end; a line longer than the limit is handed out cut.
 bool DumpReader::NextRawLine(std::string_view& line) {
     while (true) {
-        std::string_view rest(block_.data() + position_, blockLength_ - position_);
+        std::string_view rest(block_.get() + position_, blockLength_ - position_);
         if (skipLineFeed_ && !rest.empty()) {
             if (rest.front() == '\n') {
                 ++position_;
@@ -79,7 +86,7 @@ bool DumpReader::NextRawLine(std::string_view& line) {
             return true;
         }
         if (FillBlock()) continue;
-        line = std::string_view(block_.data() + position_, blockLength_ - position_);
+        line = std::string_view(block_.get() + position_, blockLength_ - position_);
         position_ = blockLength_;
         return !line.empty();
     }

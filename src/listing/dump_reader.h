@@ -2,9 +2,8 @@
 #pragma once
 
 #include <cstdint>
-#include <string>
+#include <memory>
 #include <string_view>
-#include <vector>
 
 #include "platform/files.h"
 
@@ -17,13 +16,15 @@ class DumpReader {
     DumpReader(const DumpReader&) = delete;
     DumpReader& operator=(const DumpReader&) = delete;
     ~DumpReader();
-    // False when the file cannot be opened (reported).
+    // False when the file cannot be opened or memory is short (reported).
     bool Open(const char* traceContext, const char* fileName);
     // The next line without its line end and leading blanks; "total " is skipped as the first line only, empty lines
     // always. False at the end. The view lives until the next call.
     bool NextLine(std::string_view& line);
     std::uint64_t FileSize() const { return fileSize_; }
     std::uint64_t BytesRead() const { return bytesRead_; }
+    // kNoFile while nothing is open.
+    platform::FileHandle Handle() const { return file_; }
     // Closes the file early, so that it can be deleted.
     void Close();
 
@@ -34,7 +35,7 @@ class DumpReader {
     platform::FileHandle file_ = platform::kNoFile;
     std::uint64_t fileSize_ = 0;
     std::uint64_t bytesRead_ = 0;
-    std::vector<char> block_;
+    std::unique_ptr<char[]> block_;
     std::size_t blockLength_ = 0;
     std::size_t position_ = 0;     // of the next line in the block
     bool skipLineFeed_ = false;    // the last line ended with CR: a line feed behind it belongs to it

@@ -13,6 +13,10 @@ struct ListingView {
     void (*addEntries)(TVobject* folder, std::vector<LVobjectPtr> entries) = nullptr;
     // All shown, or stopped: refresh the node, select the first item, status bar, toolbar, focus.
     void (*end)(TVobject* folder, int result) = nullptr;
+    // What a folder's count has found so far, at most 20 times a second and at its end; `dialog` is what the count was
+    // started with.
+    void (*showCountedBytes)(void* dialog, std::uint64_t bytes) = nullptr;
+    void (*showCountedEntries)(void* dialog, std::uint32_t files, std::uint32_t folders) = nullptr;
 };
 extern ListingView gListingView;
 
