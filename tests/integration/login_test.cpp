@@ -163,9 +163,9 @@ TEST_P(LogIn, EveryLineOfTheServersMessagesIsOnTheConsole) {
     EXPECT_GT(lines, 8);
 }
 
-TEST_P(LogIn, SeveralConnectionsInARowLeaveNothingBehind) {
+TEST_P(LogIn, ThreeConnectionsInARowLeaveNothingBehind) {
     Watch();
-    for (int number = 1; number <= 5; ++number) {
+    for (int number = 1; number <= 3; ++number) {
         Connect();
         EXPECT_EQ(wire->Connections(), number);
         Zarn_IdmDisconnect(site);

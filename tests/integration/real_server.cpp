@@ -19,6 +19,10 @@ namespace {
 constexpr std::uint32_t kLongestOperation = 60'000;  // milliseconds
 constexpr std::uint32_t kTimeoutSeconds = 20;
 
+// Connections that outlive their tests, because ending them would hold up the next one.
+std::vector<platform::Socket> gOpenConnections;
+std::vector<std::unique_ptr<ControlRelay>> gOpenRelays;
+
 }  // namespace
 
 void PrintTo(const ServerCase& server, std::ostream* out) {
@@ -39,7 +43,21 @@ RealServer::RealServer() {
 RealServer::~RealServer() {
     StopWorker(kLongestOperation);
     siteNode->pSite = nullptr;  // the harness owns it
+    if (GetParam().pausesAfterSession) KeepConnectionOpen();
     CloseStoredSocket(site->pSock->ctrl_skt, CloseHow::Send);
+}
+
+void RealServer::KeepConnectionOpen() {
+    const platform::Socket control = site->pSock->ctrl_skt.exchange(platform::kNoSocket);
+    if (control == platform::kNoSocket) return;
+    gOpenConnections.push_back(control);
+    if (wire) gOpenRelays.push_back(std::move(wire));
+}
+
+void RealServer::TearDownTestSuite() {
+    for (const platform::Socket control : gOpenConnections) platform::CloseSocket(control);
+    gOpenConnections.clear();
+    gOpenRelays.clear();
 }
 
 void RealServer::SetUp() {

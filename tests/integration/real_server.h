@@ -22,13 +22,14 @@ struct ServerCase {
     const char* portVariable;
     bool checksGuestPassword;
     bool knowsNamedUser;
-    bool convertsLineEnds;  // of a file that is sent as text
+    bool convertsLineEnds;    // of a file that is sent as text
+    bool pausesAfterSession;  // takes no connection for some 0.2 s after one has ended
 };
 void PrintTo(const ServerCase& server, std::ostream* out);
 inline constexpr ServerCase kServers[] = {
-    {"vsftpd", "ZARN_VSFTPD_PORT", false, false, false},
-    {"ProFTPD", "ZARN_PROFTPD_PORT", true, true, true},
-    {"PureFTPd", "ZARN_PUREFTPD_PORT", true, true, true},
+    {"vsftpd", "ZARN_VSFTPD_PORT", false, false, false, false},
+    {"ProFTPD", "ZARN_PROFTPD_PORT", true, true, true, true},
+    {"PureFTPd", "ZARN_PUREFTPD_PORT", true, true, true, false},
 };
 #define FOR_EVERY_SERVER(suite)                                          \
     INSTANTIATE_TEST_SUITE_P(Server, suite, testing::ValuesIn(kServers), \
@@ -39,6 +40,7 @@ class RealServer : public testing::TestWithParam<ServerCase> {
     RealServer();
     ~RealServer() override;
     void SetUp() override;
+    static void TearDownTestSuite();
 
     // From here on connections go through a relay that writes the dialogue down.
     void Watch();
@@ -74,4 +76,5 @@ class RealServer : public testing::TestWithParam<ServerCase> {
 
   private:
     void AddFolderNodes(TVobject* folder);
+    void KeepConnectionOpen();
 };
