@@ -30,6 +30,13 @@ struct TransferView {
     ReplaceAnswer (*confirmReplace)(const ReplaceQuestion& question) = nullptr;
     // Selected entries in list order; they stay alive while the operation runs.
     std::vector<const LVobject*> (*selectedEntries)() = nullptr;
+    // Full paths of the local files and folders to send, in the order in which they were dropped.
+    std::vector<std::string> (*droppedFiles)() = nullptr;
+    // The folder on the receiving side (local for a download, remote for an upload) that a drop chose; empty for the
+    // current one.
+    std::string (*dropTarget)() = nullptr;
+    // An upload has put this into the folder that the list shows; the view takes the entry.
+    void (*addListedEntry)(LVobjectPtr entry) = nullptr;
     // The tree's selected node, or null.
     TVobject* (*selectedNode)() = nullptr;
 };

@@ -207,6 +207,9 @@ TEST(RetrieveFile, AStrangersDataConnectionIsClosedAndTheWaitGoesOn) {
 }
 
 TEST(RetrieveFile, ADataConnectionThatBreaksOffIsNoSuccessEvenWhenTheServerSaysSo) {
+#ifdef _WIN32
+    GTEST_SKIP() << "under Wine the reset of a server in this process may arrive as an ordinary end";
+#endif
     Connected c;
     c.h.server.On("RETR", {Say("150 go\r\n"), OpenData(), DataBytes(Pattern(4000)), Hold(), ResetData(),
                            Say("226 all fine\r\n")});
