@@ -38,6 +38,7 @@ bool IsUtf8(std::string_view text);
 
 // The harnesses; each has its inputs in corpus/NAME.
 void FuzzReplyReader(std::string_view input);
+void FuzzReplyStream(std::string_view input);
 void FuzzPwdPath(std::string_view input);
 void FuzzUnixParser(std::string_view input);
 void FuzzNtParser(std::string_view input);

@@ -18,10 +18,10 @@ struct Target {
 };
 
 constexpr Target kTargets[] = {
-    {"reply_reader", FuzzReplyReader}, {"pwd_path", FuzzPwdPath},        {"unix_parser", FuzzUnixParser},
-    {"nt_parser", FuzzNtParser},       {"listing", FuzzListing},         {"link_target", FuzzLinkTarget},
-    {"local_path", FuzzLocalPath},     {"destination", FuzzDestination}, {"messages", FuzzMessages},
-    {"password", FuzzPassword},
+    {"reply_reader", FuzzReplyReader}, {"reply_stream", FuzzReplyStream}, {"pwd_path", FuzzPwdPath},
+    {"unix_parser", FuzzUnixParser},   {"nt_parser", FuzzNtParser},       {"listing", FuzzListing},
+    {"link_target", FuzzLinkTarget},   {"local_path", FuzzLocalPath},     {"destination", FuzzDestination},
+    {"messages", FuzzMessages},        {"password", FuzzPassword},
 };
 
 std::vector<std::filesystem::path> InputsOf(const std::filesystem::path& folder) {
