@@ -60,6 +60,7 @@ bool CopyReadAhead(const SocketRecord& from, SocketRecord& to) {
     to.listenPort = from.listenPort;
     to.peerPort = from.peerPort;
     to.localPort = from.localPort;
+    to.serverType = from.serverType;
     to.peerAddress = from.peerAddress;
     std::memcpy(to.PeerName, from.PeerName, sizeof to.PeerName);
     std::memcpy(to.LocalName, from.LocalName, sizeof to.LocalName);

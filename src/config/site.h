@@ -38,6 +38,7 @@ struct SocketRecord {
     char LocalName[65] = {};
     std::uint16_t peerPort = 0;
     std::uint16_t localPort = 0;
+    char serverType = 'A';           // representation type in force on this connection (RFC 959, section 3.1.1)
     std::uint16_t detectedPort = 0;  // `localPort` of the connection on which host detection ran; once for each
     platform::Endpoint peerAddress;  // of the first connection
     std::unique_ptr<char[]> buffer;  // bytes read ahead, with `bufferLength` 0 when there is none

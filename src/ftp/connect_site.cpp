@@ -110,6 +110,7 @@ bool Zarn_ConnectSite(Site* site, const char* service, const char* protocol) {
         return false;
     }
     record.ctrl_skt = socket;
+    record.serverType = 'A';
     const char* host = site->pszHost.c_str();
     DoPrintIdArgs(MSG_CONNECTING_TO, host);
     const platform::Endpoint peer{address, port};

@@ -79,8 +79,12 @@ int Receive(Site* site, ReplyBuffer reply, const char* commandText, const char* 
 
 void SetRepresentationType(Site* site, ReplyBuffer reply, char type) {
     // One type for all sites, 'A' from the start: the first text transfer sends no TYPE, as wanted.
-    if (gSession.currentType == type) return;
+    // A new connection starts at 'A' again, whatever the last one was told: without the second test a binary file would
+    // arrive changed.
+    SocketRecord& record = *site->pSock;
+    if (gSession.currentType == type && record.serverType == type) return;
     gSession.currentType = type;
+    record.serverType = type;
     if (type == 'L')
         command(site, reply, "TYPE L 8");
     else

@@ -6,6 +6,7 @@
 
 #include "foundation/message_expansion.h"
 #include "ftp/data_copy.h"
+#include "ftp/login.h"
 #include "ftp/session_state.h"
 #include "platform/files.h"
 #include "platform/system.h"
@@ -55,6 +56,17 @@ TEST(SetRepresentationType, TheFirstTextTransferSendsNoType) {
     EXPECT_EQ(c.h.server.CountCommands("TYPE A"), 1);
     c.Retrieve("RETR a", 'L');
     EXPECT_EQ(c.h.server.CountCommands("TYPE L 8"), 1);
+}
+
+TEST(SetRepresentationType, ANewConnectionIsToldAnew) {
+    Connected c;
+    c.h.server.AddFile("/a", "x");
+    c.Retrieve("RETR a", 'I');
+    CloseStoredSocket(c.site->pSock->ctrl_skt, CloseHow::Send);
+    c.site->bConnected = 0;
+    ASSERT_TRUE(DoConnect2(c.site));
+    c.Retrieve("RETR a", 'I');
+    EXPECT_EQ(c.h.server.CountCommands("TYPE I"), 2);
 }
 
 TEST(SetRepresentationType, ItsReplyIsNotExamined) {
