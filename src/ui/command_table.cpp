@@ -25,6 +25,7 @@
 #include "ui/list_columns.h"
 #include "ui/list_edit.h"
 #include "ui/list_pane.h"
+#include "ui/list_update.h"
 #include "ui/main_window.h"
 #include "ui/status_bar.h"
 #include "ui/titles.h"
@@ -176,6 +177,15 @@ void OnRefresh(HWND, UINT) {
     RefreshSelectedFolder();
 }
 
+// Enters the selected directory, as a double click does.
+void OnGoTo(HWND, UINT) {
+    TV_HandleDblClick(SelectedNode());
+}
+
+void OnResolve(HWND, UINT) {
+    LV_ResolveObject(FirstSelected());
+}
+
 void OnTransfersDone() {
     ShowStatusText("");
     RefreshWindowState();
@@ -298,6 +308,8 @@ constexpr Command kCommands[] = {
     {IDM_SORTBY_TYPE, "IDM_SORTBY_TYPE", OnSort},
     {IDM_SORTBY_UMASK, "IDM_SORTBY_UMASK", OnSort},
     {IDM_TV_REFRESH, nullptr, OnRefresh},
+    {IDM_TV_GOTO, nullptr, OnGoTo},
+    {IDM_LV_RESOLVE, nullptr, OnResolve},
     {IDM_TV_RECEIVE, "IDM_TV_RECEIVE", OnTransfer},
     {IDM_SETCURSOR, nullptr, OnSetCursor},
     {IDM_CLEAR_CONSOLE, nullptr, OnClearConsole},

@@ -23,6 +23,7 @@
 #include "platform/files.h"
 #include "platform/system.h"
 #include "ui/list_pane.h"
+#include "ui/list_update.h"
 #include "ui/local_computer.h"
 #include "ui/main_window.h"
 #include "ui/tree_edit.h"
@@ -109,7 +110,9 @@ void RenameEntry(LVobject* entry, const std::string& newName) {
         } else {
             renamed = ServerReadyForCmd(site, true) && RenameRemoteItem(site, from.c_str(), to.c_str());
         }
-        if (renamed) RunOnUi([&] { TakeNewName(entry, newName); });
+        if (!renamed) return;
+        RunOnUi([&] { TakeNewName(entry, newName); });
+        LV_UpdateObject(entry);
     });
 }
 
@@ -139,6 +142,7 @@ void MakeNamedFolder(LVobject* entry, const std::string& name) {
             made = ServerReadyForCmd(site, true) && MakeRemoteDirectory(site, path.c_str());
         }
         RunOnUi([&] { FinishNewFolder(entry, folder, name, made); });
+        if (made) LV_UpdateObject(entry);
     });
     if (!started) DropNewFolder(entry);
 }
@@ -289,8 +293,4 @@ bool delete_fx() {
         DbgVsprintf(kFunction, "Done. Deleted %d Items. Returning %d", deleted, result);
         RunOnUi([last] { SelectAfterDeletion(last); });
     });
-}
-
-void LV_ResolveObject(int index) {
-    SelectOnly(index);
 }

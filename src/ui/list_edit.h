@@ -1,5 +1,5 @@
-// Changing the entries of the list: renaming in place, the new folder that is named in place, deleting, following a
-// link. Remote work runs on the worker; the entry changes when the server has agreed.
+// Changing the entries of the list: renaming in place, the new folder that is named in place, deleting. Remote work
+// runs on the worker; the entry changes when the server has agreed.
 #pragma once
 
 #include <windows.h>
@@ -16,5 +16,3 @@ void newfolder_fx(TVobject* folder);
 // Deletes the selected entries one by one, on the worker; a failure stops. False when nothing was selected or it could
 // not start. Asks first where the settings say so.
 bool delete_fx();
-// Follows the link at `index` on the server.
-void LV_ResolveObject(int index);

@@ -15,10 +15,12 @@
 #include "ftp/session_state.h"
 #include "resources/resource.h"
 #include "ui/app.h"
+#include "ui/drag_drop.h"
 #include "ui/list_columns.h"
 #include "ui/list_edit.h"
 #include "ui/list_images.h"
 #include "ui/list_pane.h"
+#include "ui/list_update.h"
 #include "ui/main_window.h"
 #include "ui/tree_pane.h"
 #include "ui/wide_text.h"
@@ -162,6 +164,9 @@ bool LV_NotifyHandler(NMHDR* header, LRESULT& result) {
             return true;
         case LVN_COLUMNCLICK:
             if (!KeysIgnored()) SortEntriesByClick(reinterpret_cast<NMLISTVIEW*>(header)->iSubItem);
+            return true;
+        case LVN_BEGINDRAG:
+            LV_OnBeginDrag(reinterpret_cast<NMLISTVIEW*>(header)->iItem);
             return true;
         case LVN_BEGINLABELEDITW:
             result = !LV_BeginLabelEdit(reinterpret_cast<NMLVDISPINFOW*>(header)->item.iItem);

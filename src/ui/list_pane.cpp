@@ -10,6 +10,7 @@
 #include "foundation/trace.h"
 #include "platform/threads.h"
 #include "ui/app.h"
+#include "ui/drops.h"
 #include "ui/list_columns.h"
 #include "ui/list_images.h"
 #include "ui/list_sort.h"
@@ -175,6 +176,20 @@ void SetViewBits(UiStyle style) {
     keeper.RestoreAll();
 }
 
+LRESULT CALLBACK ListProc(HWND list, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id, DWORD_PTR) {
+    switch (message) {
+        case WM_DROPFILES:
+            OnShellDrop(reinterpret_cast<HDROP>(wParam));
+            return 0;
+        case WM_NCDESTROY:
+            RemoveWindowSubclass(list, ListProc, id);
+            break;
+        default:
+            break;
+    }
+    return DefSubclassProc(list, message, wParam, lParam);
+}
+
 void Resort(int column, int logicalColumn) {
     const bool descending = gSort.descending[logicalColumn];
     const SelectionKeeper keeper;
@@ -202,6 +217,8 @@ bool CreateListPane(HWND parent) {
     ListView_SetExtendedListViewStyle(gList, LVS_EX_FULLROWSELECT | LVS_EX_DOUBLEBUFFER | LVS_EX_LABELTIP);
     if (!MakeListImages(gList)) return false;
     RebuildColumns(gList, gZarn.COLUMNS);
+    SetWindowSubclass(gList, ListProc, 1, 0);
+    DragAcceptFiles(gList, TRUE);
     return true;
 }
 

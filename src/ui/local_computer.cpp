@@ -15,12 +15,14 @@
 #include "foundation/text_helpers.h"
 #include "ftp/result_codes.h"
 #include "ftp/session_state.h"
+#include "ftp/worker.h"
 #include "listing/listing_view.h"
 #include "listing/nt_parser.h"
 #include "platform/files.h"
 #include "platform/system.h"
 #include "ui/main_window.h"
 #include "ui/tree_pane.h"
+#include "ui/ui_calls.h"
 #include "ui/wide_text.h"
 
 namespace {
@@ -136,6 +138,23 @@ std::string LocalNodePath(const TVobject* node) {
     std::string path = LocalNodePath(node->pTVparent);
     if (!path.empty() && path.back() != platform::kPathSeparator) path += platform::kPathSeparator;
     return path + node->pszName.c_str();
+}
+
+void OpenLocalNodeInPlace(TVobject* node) {
+    const std::string path = LocalNodePath(node);
+    StartWorker("OpenLocalNodeInPlace", [node, path] {
+        std::vector<platform::FileInfo> files;
+        if (!platform::ListFolder(path.c_str(), files)) return;
+        RunOnUi([&] {
+            for (const platform::FileInfo& info : files) {
+                if (info.isFolder) AddChildNode(node, info.name, kKindLocalFolder);
+            }
+            SortChildren(node);
+            node->listed = node->children.empty();
+            RefreshNode(node);
+            ExpandNode(node);
+        });
+    });
 }
 
 bool ListLocalNode(TVobject* node) {

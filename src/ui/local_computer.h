@@ -11,5 +11,7 @@ TVobject* AddLocalComputer();
 bool IsLocalNode(const TVobject* node);
 // Full path of a drive's or folder's node; empty for the computer itself.
 std::string LocalNodePath(const TVobject* node);
+// Puts the folders below a drive or folder into the tree and opens it there; the list stays as it is.
+void OpenLocalNodeInPlace(TVobject* node);
 // Lists a local node; runs on the worker. False, with a message for the user, when the folder cannot be read.
 bool ListLocalNode(TVobject* node);

@@ -1,6 +1,7 @@
 #include "ui/main_window.h"
 
 #include <commctrl.h>
+#include <shellapi.h>
 #include <windowsx.h>
 
 #include <algorithm>
@@ -22,6 +23,8 @@
 #include "ui/app.h"
 #include "ui/command_context.h"
 #include "ui/command_table.h"
+#include "ui/drag_drop.h"
+#include "ui/drops.h"
 #include "ui/help.h"
 #include "ui/list_pane.h"
 #include "ui/menus.h"
@@ -240,6 +243,7 @@ bool CreateAppWindows(HWND mainWindow) {
     if (!CreateTreePane(mainWindow) || !CreateListPane(mainWindow)) return false;
     if (gZarn.VERBOSE != 0) Zarn_ShowConsole(mainWindow, false);
     SetPaneFonts();
+    DragAcceptFiles(mainWindow, TRUE);
     return true;
 }
 
@@ -301,6 +305,8 @@ void Zarn_OnClose(HWND window) {
     }
     StopUiCalls();
     CancelSelectionTimer();
+    DragAcceptFiles(window, FALSE);
+    DragAcceptFiles(ListWindow(), FALSE);
     for (HWND pane : {TreeWindow(), ListWindow()}) SendMessageW(pane, WM_SETREDRAW, FALSE, 0);
     ForEachSite([](Site* site, void*) { Zarn_IdmExit(site, 0); }, nullptr);
     gApp.commandLineFiles.clear();
@@ -397,6 +403,12 @@ LRESULT CALLBACK MainWndProc(HWND window, UINT message, WPARAM wParam, LPARAM lP
         case WM_RBUTTONDOWN:
             if (CommandsRefused()) return 0;
             break;
+        case kBeginDragMessage:
+            RunDrag(window, static_cast<int>(wParam));
+            return 0;
+        case WM_DROPFILES:
+            OnShellDrop(reinterpret_cast<HDROP>(wParam));
+            return 0;
         case WM_DPICHANGED:
             OnDpiChanged(window, HIWORD(wParam), *reinterpret_cast<RECT*>(lParam));
             return 0;

@@ -47,6 +47,36 @@ int AddImages(HWND toolbar, UINT set) {
     return static_cast<int>(SendMessageW(toolbar, TB_ADDBITMAP, 0, reinterpret_cast<LPARAM>(&bitmap)));
 }
 
+constexpr char kState[] = "SetToolbarButtonState";
+
+void EnableButton(int id, bool enable) {
+    const auto command = static_cast<unsigned>(id);
+    const bool isEnabled = SendMessageW(gApp.toolbar, TB_ISBUTTONENABLED, command, 0) != 0;
+    if (enable == isEnabled) return;
+    if (SendMessageW(gApp.toolbar, TB_ENABLEBUTTON, command, MAKELPARAM(enable, 0)) != 0) return;
+    const DWORD error = GetLastError();
+    DbgVsprintf(kState, "Unable to Enable:%d Button:%d for hWnd:%x. Err:%d:%s", enable, id,
+                static_cast<unsigned>(reinterpret_cast<std::uintptr_t>(gApp.toolbar)), static_cast<int>(error),
+                GetErrorText(error).c_str());
+}
+
+void EnableButtons(const CommandContext& context) {
+    const bool busy = CommandsRefused();
+    for (const Slot& slot : kSlots) {
+        if (slot.command == kSeparator) continue;
+        const auto command = static_cast<unsigned>(slot.command);
+        EnableButton(slot.command, CommandIsAvailable(command) && ToolbarButtonEnabled(command, context, busy));
+    }
+}
+
+// The buttons for the list's selection, and for the tree's node; the rules of both are in command_state.h.
+void LV_SetBtnState(const CommandContext& context) {
+    EnableButtons(context);
+}
+void TV_SetBtnState(const CommandContext& context) {
+    EnableButtons(context);
+}
+
 }  // namespace
 
 bool CreateTheToolbar(HWND parent) {
@@ -79,23 +109,13 @@ int ToolbarHeight() {
 }
 
 void SetToolbarButtonState() {
-    constexpr char kFunction[] = "SetToolbarButtonState";
     if (gApp.toolbar == nullptr) return;
     const CommandContext context = CurrentCommandContext();
-    const bool busy = CommandsRefused();
     WaitForSingleObject(gApp.buttonMutex, INFINITE);
-    for (const Slot& slot : kSlots) {
-        if (slot.command == kSeparator) continue;
-        const auto command = static_cast<unsigned>(slot.command);
-        const bool enable = CommandIsAvailable(command) && ToolbarButtonEnabled(command, context, busy);
-        const bool isEnabled = SendMessageW(gApp.toolbar, TB_ISBUTTONENABLED, command, 0) != 0;
-        if (enable == isEnabled) continue;
-        if (SendMessageW(gApp.toolbar, TB_ENABLEBUTTON, command, MAKELPARAM(enable, 0)) == 0) {
-            const DWORD error = GetLastError();
-            DbgVsprintf(kFunction, "Unable to Enable:%d Button:%d for hWnd:%x. Err:%d:%s", enable, slot.command,
-                        static_cast<unsigned>(reinterpret_cast<std::uintptr_t>(gApp.toolbar)), static_cast<int>(error),
-                        GetErrorText(error).c_str());
-        }
+    if (context.focus == CommandContext::Focus::List) {
+        LV_SetBtnState(context);
+    } else {
+        TV_SetBtnState(context);
     }
     ReleaseMutex(gApp.buttonMutex);
 }

@@ -32,12 +32,6 @@ bool IsSiteLike(const TVobject& node) {
     return node.wObjType == kKindAddSite || node.wObjType == kKindSite || node.wObjType == kKindLocalComputer;
 }
 
-// A local folder that was never listed may have children: its button finds out.
-bool HasButton(const TVobject& node) {
-    const bool unknown = (node.wObjType == kKindLocalRoot || node.wObjType == kKindLocalFolder) && !node.listed;
-    return node.nChildren != 0 || unknown;
-}
-
 // Answers from the node and lets the control keep the answer.
 void TV_GetDispInfo(TVITEMW& item) {
     const TVobject* node = NodeOf(item);
@@ -53,7 +47,7 @@ void TV_GetDispInfo(TVITEMW& item) {
     }
     if ((item.mask & TVIF_IMAGE) != 0) item.iImage = IsSiteLike(*node) ? kSite : kClosedFolder;
     if ((item.mask & TVIF_SELECTEDIMAGE) != 0) item.iSelectedImage = IsSiteLike(*node) ? kSelectedSite : kOpenFolder;
-    if ((item.mask & TVIF_CHILDREN) != 0) item.cChildren = HasButton(*node) ? 1 : 0;
+    if ((item.mask & TVIF_CHILDREN) != 0) item.cChildren = NodeHasButton(*node) ? 1 : 0;
     item.mask |= TVIF_DI_SETITEM;
 }
 
@@ -112,6 +106,20 @@ void OnSelectionChanged(const NMTREEVIEWW& notice) {
 }
 
 }  // namespace
+
+// A local folder that was never listed may have children: its button finds out.
+bool NodeHasButton(const TVobject& node) {
+    const bool unknown = (node.wObjType == kKindLocalRoot || node.wObjType == kKindLocalFolder) && !node.listed;
+    return node.nChildren != 0 || unknown;
+}
+
+void OpenNodeInPlace(TVobject* node) {
+    if (!node->children.empty()) {
+        ExpandNode(node);
+    } else if (IsLocalNode(node) && !node->listed) {
+        OpenLocalNodeInPlace(node);
+    }
+}
 
 void OpenWhenListed(TVobject* node) {
     gOpenWhenListed = node;

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "config/defaults_store.h"
@@ -13,6 +14,7 @@
 #include "config/site_store.h"
 #include "foundation/catalogue.h"
 #include "foundation/message_ids.h"
+#include "foundation/text_helpers.h"
 #include "foundation/trace.h"
 #include "ftp/worker.h"
 #include "platform/registry.h"
@@ -355,6 +357,20 @@ TVobject* Tv_AddInitDir(TVobject* siteNode, std::string_view directory) {
         node = child != nullptr ? child : TV_AddItem(node, level, kKindFolder, false);
     }
     return node;
+}
+
+void SortChildren(TVobject* folder) {
+    using Child = std::unique_ptr<TVobject, void (*)(TVobject*)>;
+    std::vector<std::pair<std::string, Child>> named;
+    named.reserve(folder->children.size());
+    for (Child& child : folder->children) {
+        const std::string_view name = child->pszName.view();
+        const bool ascii = std::none_of(name.begin(), name.end(), [](char c) { return (c & 0x80) != 0; });
+        named.emplace_back(ascii ? AsciiLower(name) : platform::LocaleLower(name), std::move(child));
+    }
+    std::stable_sort(named.begin(), named.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
+    folder->children.clear();
+    for (auto& [key, child] : named) folder->children.push_back(std::move(child));
 }
 
 bool IsNodeBelow(const TVobject* node, const TVobject* ancestor) {

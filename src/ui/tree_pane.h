@@ -52,6 +52,11 @@ void TV_InsertChildren(TVobject* node);
 void RefreshNode(TVobject* node);
 // The node stands below `ancestor`, or is it.
 bool IsNodeBelow(const TVobject* node, const TVobject* ancestor);
+bool NodeHasButton(const TVobject& node);
+// Opens the node where that needs neither the selection nor the server: what is known, or a local folder's folders.
+void OpenNodeInPlace(TVobject* node);
+// Children by name, whatever order they came in.
+void SortChildren(TVobject* folder);
 // A folder that is being listed opens when the listing has ended.
 void OpenWhenListed(TVobject* node);
 TVobject* TakeNodeToOpen();

@@ -16,6 +16,7 @@
 #include "transfer/transfer_view.h"
 #include "ui/app.h"
 #include "ui/command_table.h"
+#include "ui/drops.h"
 #include "ui/list_pane.h"
 #include "ui/main_window.h"
 #include "ui/status_bar.h"
@@ -184,6 +185,7 @@ void InstallViews() {
     gSessionView.setTransferProgress = SetProgress;
     gSessionView.waitForThread = WaitForThread;
     FillTransferView(gTransferView);
+    FillDropView(gTransferView);
     gTransferView.selectedEntries = [] { return RunOnUi([] { return SelectedEntries(); }); };
     gTransferView.selectedNode = [] { return RunOnUi([] { return SelectedNode(); }); };
     InstallListingView();

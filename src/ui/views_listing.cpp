@@ -1,6 +1,5 @@
 #include "ui/views_listing.h"
 
-#include <algorithm>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -8,10 +7,8 @@
 #include <vector>
 
 #include "config/initial_dirs.h"
-#include "foundation/text_helpers.h"
 #include "ftp/session_view.h"
 #include "listing/listing_view.h"
-#include "platform/system.h"
 #include "ui/app.h"
 #include "ui/list_pane.h"
 #include "ui/local_computer.h"
@@ -60,21 +57,6 @@ void AddEntries(TVobject* folder, std::vector<LVobjectPtr> entries) {
         if (TVobject* child = ChildFor(folder, *entry)) entry->node = child;
     }
     LV_AddEntries(folder, std::move(entries));
-}
-
-// Children stand in the tree by name whatever order the server lists them in.
-void SortChildren(TVobject* folder) {
-    using Child = std::unique_ptr<TVobject, void (*)(TVobject*)>;
-    std::vector<std::pair<std::string, Child>> named;
-    named.reserve(folder->children.size());
-    for (Child& child : folder->children) {
-        const std::string_view name = child->pszName.view();
-        const bool ascii = std::none_of(name.begin(), name.end(), [](char c) { return (c & 0x80) != 0; });
-        named.emplace_back(ascii ? AsciiLower(name) : platform::LocaleLower(name), std::move(child));
-    }
-    std::stable_sort(named.begin(), named.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
-    folder->children.clear();
-    for (auto& [key, child] : named) folder->children.push_back(std::move(child));
 }
 
 // Directories in which the user began sessions stand below their site's root, however deep.

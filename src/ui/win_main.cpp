@@ -21,6 +21,7 @@
 #include "ui/app.h"
 #include "ui/command_line.h"
 #include "ui/help.h"
+#include "ui/known_folders.h"
 #include "ui/list_pane.h"
 #include "ui/main_window.h"
 #include "ui/splitter.h"
@@ -116,6 +117,7 @@ int RunProgram(const std::string& commandLine, int show) {
     const std::string program = platform::ProgramPath();
     gApp.helpFile = HelpFileFor(program);
     if (gApp.helpFile.empty()) return 0;
+    EnterStartFolder(program);
     if (WantsDebugTrace(commandLine)) gTrace.debug = true;
     InstallViews();
     std::string library;
