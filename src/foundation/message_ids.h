@@ -74,6 +74,9 @@ constexpr unsigned MSG_DATA_CONNECTION_SHORT = 6117;
 constexpr unsigned MSG_DAMAGED_VALUE = 6118;
 constexpr unsigned MSG_LOG_FILE_FAILED = 6119;
 constexpr unsigned MSG_TEMPORARY_FILE_STAYS = 6120;
+constexpr unsigned MSG_NOT_SENT = 6140;
+constexpr unsigned MSG_LOCAL_LINK_SKIPPED = 6141;
+constexpr unsigned MSG_OUTSIDE_LOCAL_START = 6142;
 
 // Host types are their own names' ids; 7005 is the local computer and has no text. Names: config/host_types.h.
 constexpr unsigned MSG_FIRST_HOST_TYPE = 7000;
@@ -267,6 +270,11 @@ constexpr unsigned MSG_STATUS_OFF = 7361;
 constexpr unsigned MSG_STATUS_NOT_CONNECTED = 7362;
 constexpr unsigned MSG_STATUS_CONNECTED_TO = 7363;
 constexpr unsigned MSG_STATUS_ENTRIES = 7364;
+constexpr unsigned MSG_BOX_UNSENDABLE_NAME = 7380;
+constexpr unsigned MSG_RECEIVE_REMOTE_FILE = 7381;
+constexpr unsigned MSG_ENTER_LOCAL_NAME = 7382;
+constexpr unsigned MSG_BOX_FILE_NOT_SENT_WHOLE = 7383;
+constexpr unsigned MSG_BOX_TRANSFER_TIMED_OUT = 7384;
 
 // Ranges: socket errors 8000 to 8049 by table position; the explanation of a reply is the base plus its code.
 constexpr unsigned MSG_SOCKET_ERROR_FIRST = 8000;

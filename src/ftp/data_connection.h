@@ -5,6 +5,7 @@
 #include <atomic>
 
 #include "config/site.h"
+#include "foundation/foundation_view.h"
 #include "ftp/control_connection.h"
 #include "ftp/transfer_node.h"
 
@@ -26,5 +27,12 @@ int RetrieveFile(Site* site, ReplyBuffer reply, const char* commandText, const c
 // here in every case, and node.iRetCode then kLocalAccessDenied when it was a refusal.
 int DlgRetrieveFile(Site* site, TransferNode& node, ReplyBuffer reply, const char* commandText, const char* localFile,
                     char type, const std::atomic<bool>& abort);
-// Stores one local file on the server: STOU with SENDUNIQUE, else STOR.
-bool DlgSendFile(Site* site, TransferNode& node, ReplyBuffer reply, char type, const std::atomic<bool>& abort);
+// Why a send failed, as far as the reply does not tell.
+struct SendFailure {
+    bool told = false;                   // the user knows: the file cannot be opened, or is too big
+    BoxAnswer answer = BoxAnswer::None;  // what he chose then
+    std::uint32_t localError = 0;        // the local file could not be read to its end
+};
+// Stores one local file on the server: STOU with SENDUNIQUE, else STOR. A file of 4 GiB and more is refused first.
+bool DlgSendFile(Site* site, TransferNode& node, ReplyBuffer reply, char type, const std::atomic<bool>& abort,
+                 SendFailure* failure = nullptr);

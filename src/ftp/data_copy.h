@@ -5,6 +5,7 @@
 #include <cstdint>
 
 #include "config/site.h"
+#include "foundation/foundation_view.h"
 #include "ftp/control_connection.h"
 #include "ftp/transfer_node.h"
 #include "platform/files.h"
@@ -29,8 +30,9 @@ bool DlgSendMass(Site* site, TransferNode& node);
 // Sends one buffer, moving the progress. 2, FTP_ERROR, or SOCKET_ERROR.
 int DlgSendBuffer(Site* site, const char* buffer, std::uint32_t length, std::uint64_t sentBefore, std::uint64_t total);
 
-// Opens the node's local file for sending, asking whether to try again while that fails; kNoFile when given up.
-platform::FileHandle OpenFileToSend(TransferNode& node);
+// Opens the node's local file for sending, asking whether to try again while that fails; kNoFile when given up, with
+// the user's last answer in `answer`.
+platform::FileHandle OpenFileToSend(TransferNode& node, BoxAnswer& answer);
 // Sends an open file of `size` bytes.
 CopyOutcome SendOpenFile(Site* site, platform::FileHandle file, std::uint64_t size);
 

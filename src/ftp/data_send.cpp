@@ -28,17 +28,17 @@ namespace {
 
 // What a listing and a record can describe.
 constexpr std::uint64_t kLargestUpload = UINT32_MAX;
+constexpr std::uint32_t kErrorHandleEof = 38;
 
 std::string LocalPath(const TransferNode& node) {
     return node.pszLocation.c_str() + std::string(1, platform::kPathSeparator) + node.pszLocalName.c_str();
 }
 
-bool TryAgain(const TransferNode& node, std::uint32_t error) {
+BoxAnswer AskAboutOpening(const TransferNode& node, std::uint32_t error) {
     const OwnedText text =
         Zarn_ResVsprintf(MSG_CANNOT_OPEN_LOCAL_FILE, node.pszLocalName.c_str(), platform::SystemErrorText(error));
     const std::string caption = CatalogueText(MSG_TRANSFER_ERROR_CAPTION);
-    return ShowMessageBox(text.c_str(), caption.c_str(), BoxButtons::AbortRetryIgnore, BoxIcon::Exclamation) ==
-           BoxAnswer::Retry;
+    return ShowMessageBox(text.c_str(), caption.c_str(), BoxButtons::AbortRetryIgnore, BoxIcon::Exclamation);
 }
 
 bool IsTooBigToSend(const TransferNode& node, std::uint64_t size) {
@@ -77,7 +77,8 @@ bool SendPiece(Site* site, platform::FileHandle file, TransferBuffer& buffer, st
     const std::size_t wanted = static_cast<std::size_t>(std::min<std::uint64_t>(buffer.size(), rest));
     const int read = platform::ReadFile(file, {buffer.data(), wanted});
     if (read <= 0) {
-        outcome.localError = read < 0 ? std::max(platform::LastSystemError(), 1u) : 0;
+        // Shorter than it was when it was opened: as bad as unreadable.
+        outcome.localError = read < 0 ? std::max(platform::LastSystemError(), 1u) : kErrorHandleEof;
         DbgVsprintf("DlgSendMass", "ERROR. Call to ReadFile(%x, %x, %d, ...) Returned ZERO . Breaking Loop:%d",
                     static_cast<unsigned>(file), static_cast<unsigned>(site->pSock->data_skt.load()),
                     static_cast<int>(wanted), static_cast<int>(outcome.bytes));
@@ -113,7 +114,7 @@ bool FinishSending(Site* site, ReplyBuffer reply, const CopyOutcome& outcome) {
 }
 
 bool SendFileOnConnection(Site* site, TransferNode& node, ReplyBuffer reply, char type, const std::atomic<bool>& abort,
-                          platform::FileHandle file, std::uint64_t size) {
+                          platform::FileHandle file, std::uint64_t size, SendFailure& failure) {
     constexpr char kFuncName[] = "DlgSendFile";
     SetRepresentationType(site, reply, type);
     const int listening = GetFTPListenSocket(site, reply);
@@ -133,6 +134,7 @@ bool SendFileOnConnection(Site* site, TransferNode& node, ReplyBuffer reply, cha
         return false;
     }
     const CopyOutcome outcome = SendOpenFile(site, file, size);
+    failure.localError = outcome.localError;
     const bool sent = FinishSending(site, reply, outcome);
     node.iRetCode = sent ? FTP_COMPLETE : FTP_ERROR;
     return sent;
@@ -140,7 +142,7 @@ bool SendFileOnConnection(Site* site, TransferNode& node, ReplyBuffer reply, cha
 
 }  // namespace
 
-platform::FileHandle OpenFileToSend(TransferNode& node) {
+platform::FileHandle OpenFileToSend(TransferNode& node, BoxAnswer& answer) {
     constexpr char kFuncName[] = "DlgSendMass";
     const std::string path = LocalPath(node);
     for (;;) {
@@ -149,7 +151,8 @@ platform::FileHandle OpenFileToSend(TransferNode& node) {
         const std::uint32_t error = platform::LastSystemError();
         BeepOnFailure();
         DbgFileCreateError(kFuncName, path.c_str(), error);
-        if (TryAgain(node, error)) continue;
+        answer = AskAboutOpening(node, error);
+        if (answer == BoxAnswer::Retry) continue;
         node.iRetCode = FTP_ERROR;
         return platform::kNoFile;
     }
@@ -172,7 +175,8 @@ CopyOutcome SendOpenFile(Site* site, platform::FileHandle file, std::uint64_t si
 }
 
 bool DlgSendMass(Site* site, TransferNode& node) {
-    const platform::FileHandle file = OpenFileToSend(node);
+    BoxAnswer answer = BoxAnswer::None;
+    const platform::FileHandle file = OpenFileToSend(node, answer);
     if (file == platform::kNoFile) return false;
     std::uint64_t size = 0;
     const bool sent = platform::GetFileSize(file, size) && SendOpenFile(site, file, size).reachedEnd;
@@ -187,7 +191,8 @@ int DlgSendBuffer(Site* site, const char* buffer, std::uint32_t length, std::uin
     return SendBytes(site, {buffer, length}, sentBefore, meter);
 }
 
-bool DlgSendFile(Site* site, TransferNode& node, ReplyBuffer reply, char type, const std::atomic<bool>& abort) {
+bool DlgSendFile(Site* site, TransferNode& node, ReplyBuffer reply, char type, const std::atomic<bool>& abort,
+                 SendFailure* failure) {
     constexpr char kFuncName[] = "DlgSendFile";
     if (node.pszLocalName.empty() || node.pszLocation.empty() || node.pszDestination.empty()) {
         DbgVsprintf(kFuncName, "ERROR. Entered with Bad Parameter. Returning FALSE");
@@ -199,14 +204,23 @@ bool DlgSendFile(Site* site, TransferNode& node, ReplyBuffer reply, char type, c
         node.iRetCode = SOCKET_ERROR;
         return false;
     }
+    SendFailure unused;
+    SendFailure& why = failure != nullptr ? *failure : unused;
     // The file is opened before the server is asked to replace its own.
-    const platform::FileHandle file = OpenFileToSend(node);
-    if (file == platform::kNoFile) return false;
+    const platform::FileHandle file = OpenFileToSend(node, why.answer);
+    why.told = file == platform::kNoFile;
+    if (why.told) return false;
     std::uint64_t size = 0;
     bool sent = false;
     node.iRetCode = FTP_ERROR;
-    if (platform::GetFileSize(file, size) && !IsTooBigToSend(node, size))
-        sent = SendFileOnConnection(site, node, reply, type, abort, file, size);
+    if (!platform::GetFileSize(file, size)) {
+        why.localError = std::max(platform::LastSystemError(), 1u);
+    } else if (IsTooBigToSend(node, size)) {
+        why.told = true;
+        why.answer = BoxAnswer::Ok;
+    } else {
+        sent = SendFileOnConnection(site, node, reply, type, abort, file, size, why);
+    }
     platform::CloseFile(file);
     return sent;
 }

@@ -157,7 +157,8 @@ bool ChangeRemoteDirectory(Site* site, const char* path, ReplyBuffer reply, int*
     return false;
 }
 
-int ChkForRdir(Site* site, const char* name, bool hasParent, const char* parent) {
+int ChkForRdir(Site* site, const char* name, bool hasParent, const char* parent, ReplyBuffer untold) {
+    SetReply(untold, "");
     if (name == nullptr || (hasParent && parent == nullptr)) return FTP_ERROR;
     const std::string path = hasParent ? std::string(parent) + "/" + name : std::string(name);
     LocalReply reply{};
@@ -166,7 +167,10 @@ int ChkForRdir(Site* site, const char* name, bool hasParent, const char* parent)
     const std::string said = AsciiLower(reply.data());
     const bool missing = said.find("no such file or directory") != std::string::npos ||
                          said.find("the system cannot find the file specified") != std::string::npos;
-    if (!missing) return entered;
+    if (!missing) {
+        SetReply(untold, reply.data());
+        return entered;
+    }
     const int made = DoMKD(site, path.c_str(), reply);
     if (made != FTP_COMPLETE) {
         NameErrorSubject(path);

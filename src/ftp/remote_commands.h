@@ -41,8 +41,9 @@ bool MakeRemoteDirectory(Site* site, const char* name);
 OwnedText GetRemoteDirectory(Site* site);
 // Changes and remembers. With `showError` a failure opens the server-error dialog.
 bool ChangeRemoteDirectory(Site* site, const char* path, ReplyBuffer reply, int* result, bool showError);
-// Makes sure a directory exists, creating it when the server says that it does not. `parent` may be null.
-int ChkForRdir(Site* site, const char* name, bool hasParent, const char* parent);
+// Makes sure a directory exists, creating it when the server says that it does not. `parent` may be null. `untold`
+// receives the reply of a refusal to enter it, which is not shown here; it is emptied otherwise.
+int ChkForRdir(Site* site, const char* name, bool hasParent, const char* parent, ReplyBuffer untold = {});
 
 // Runs a listing command into the listing dump file, beeps off; failures are shown.
 int DoDirList(Site* site, const char* listCommand, ReplyBuffer reply);

@@ -27,8 +27,16 @@ void SetAborting(bool aborting) {
 }
 
 void SetTransferAbort(bool abort) {
+    if (!abort) gSession.timedOut = false;
     if (gSession.transferAbort.exchange(abort) != abort)
         DbgVsprintf("SetTransferAbort", "%s", abort ? "set" : "cleared");
+}
+
+void SetTransferTimedOut() {
+    // What a user has aborted before stays aborted.
+    if (gSession.transferAbort) return;
+    gSession.timedOut = true;
+    SetTransferAbort(true);
 }
 
 bool OperationRunning() {
@@ -36,4 +44,7 @@ bool OperationRunning() {
 }
 bool StopRequested() {
     return gSession.transferAbort || gSession.aborting || gSession.exiting;
+}
+bool StoppedByTimeOut() {
+    return gSession.timedOut && !gSession.aborting && !gSession.exiting;
 }

@@ -13,6 +13,7 @@ struct SessionState {
     std::atomic<bool> connecting{false};         // a connection or reconnection is in progress
     std::atomic<bool> aborting{false};           // an abort is being unwound; sockets close with a linger of 0
     std::atomic<bool> transferAbort{false};      // read by the transfer loops between steps
+    std::atomic<bool> timedOut{false};           // it was the time-out that set transferAbort
     std::atomic<bool> exiting{false};            // the program is going down
     std::atomic<bool> parsing{false};            // a listing is being parsed
     std::atomic<Site*> activeSite{nullptr};      // the site that commands act on
@@ -32,7 +33,11 @@ void SetBusy(bool busy);
 void SetConnecting(bool connecting);
 void SetAborting(bool aborting);
 void SetTransferAbort(bool abort);
+// A call has waited too long: ends the transfer as SetTransferAbort(true) does, but lets it be told from an abort.
+void SetTransferTimedOut();
 // True while any of busy, connecting and aborting is set: no remote operation may start then.
 bool OperationRunning();
 // True when the operation under way is to end: abort, time-out or exit.
 bool StopRequested();
+// True when it is to end because of a time-out, and nobody else has asked for it.
+bool StoppedByTimeOut();

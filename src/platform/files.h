@@ -37,6 +37,7 @@ struct FileInfo {
     bool isReadOnly = false;
     bool isHidden = false;
     bool isSystem = false;
+    bool isLink = false;  // leads elsewhere (symbolic link, junction); only ListFolder tells
 };
 
 // Opens with sharing for readers. kNoFile on failure; LastSystemError() tells why (80 file exists, 5 denied, ...).

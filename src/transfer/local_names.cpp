@@ -54,13 +54,6 @@ std::string ReplaceForbidden(std::string_view name) {
     return result;
 }
 
-// At most `longest` bytes without splitting a character.
-std::string_view CutWhole(std::string_view text, std::size_t longest) {
-    if (text.size() <= longest) return text;
-    while (longest > 0 && IsContinuation(text[longest])) --longest;
-    return text.substr(0, longest);
-}
-
 // Where the extension begins, with its dot; the length of the name when there is none.
 std::size_t ExtensionStart(std::string_view name) {
     const std::size_t dot = name.rfind('.');
@@ -96,6 +89,12 @@ bool IsPortNumber(std::string_view text) {
 }
 
 }  // namespace
+
+std::string_view CutWhole(std::string_view text, std::size_t longest) {
+    if (text.size() <= longest) return text;
+    while (longest > 0 && IsContinuation(text[longest])) --longest;
+    return text.substr(0, longest);
+}
 
 bool IsDeviceName(std::string_view name) {
     const std::string stem = DeviceStem(name);

@@ -14,6 +14,8 @@ std::string SafeLocalName(std::string_view remoteName);
 std::string FitName(std::string_view name, std::size_t longest);
 // True when the system would take the name for a device (con, prn, aux, nul, com1-9, lpt1-9, conin$, conout$).
 bool IsDeviceName(std::string_view name);
+// At most `longest` bytes of UTF-8 without splitting a character.
+std::string_view CutWhole(std::string_view text, std::size_t longest);
 // 0 none, 1 to upper, 2 to lower.
 std::string ConvertCase(std::string_view name, int caseConversion);
 // Folder and safe name joined. Empty when the path is too long for the system.

@@ -19,6 +19,7 @@
 #include "ftp/worker.h"
 #include "platform/system.h"
 #include "resources/resource.h"
+#include "transfer/drop_transfer.h"
 #include "transfer/replace_dialog.h"
 #include "transfer/selection_transfer.h"
 #include "transfer/transfer_progress.h"
@@ -50,6 +51,7 @@ struct StartKind {
     const char* name;
 };
 constexpr StartKind kStartKinds[] = {
+    {TransferStart::DropFiles, Zarn_TransferDropFiles, "Zarn_TransferDropFiles"},
     {TransferStart::None, nullptr, "None"},
     {TransferStart::ListSelection, Zarn_TransferLVitems, "Zarn_TransferLVitems"},
     {TransferStart::TreeSelection, Zarn_TransferTVitem, "Zarn_TransferTVitem"},

@@ -4,79 +4,16 @@
 #include <string>
 #include <vector>
 
-#include "foundation/catalogue.h"
-#include "foundation/message_ids.h"
-#include "foundation/trace.h"
-#include "ftp/control_connection.h"
-#include "ftp/remote_commands.h"
 #include "ftp/result_codes.h"
-#include "ftp/session_state.h"
 #include "ftp/transfer_node.h"
-#include "platform/files.h"
 #include "transfer/destinations.h"
 #include "transfer/disk_space.h"
 #include "transfer/get_put.h"
-#include "transfer/receive_target.h"
 #include "transfer/transfer_progress.h"
+#include "transfer/transfer_run.h"
 #include "transfer/tree_transfer.h"
 
 namespace {
-
-constexpr int kNothingDone = -1;
-
-// Where both sides stood when the transfer began; goes back there and closes the dialog when it ends.
-class TransferRun {
-  public:
-    TransferRun() : site_(gSession.activeSite) {
-        ResetTransfer();
-        ForgetReceivedFiles();
-        localStart_ = gTransfer.currentLocalFolder;
-        gTransfer.running = true;
-    }
-    ~TransferRun() {
-        GoBack();
-        gTransfer.running = false;
-        if (gTransferView.closeDialog != nullptr) gTransferView.closeDialog();
-    }
-    TransferRun(const TransferRun&) = delete;
-    TransferRun& operator=(const TransferRun&) = delete;
-
-    bool Start(const char* caller) {
-        if (site_ == nullptr || !ServerReadyForCmd(site_, true)) {
-            DbgVsprintf(caller, "ERROR. Server NOT Ready.");
-            return false;
-        }
-        remoteStart_ = site_->pszCurrentDir.c_str();
-        if (gTransferView.showDialog != nullptr) gTransferView.showDialog();
-        RefreshCountersText();
-        return true;
-    }
-    const std::string& LocalStart() const { return localStart_; }
-    const std::string& RemoteStart() const { return remoteStart_; }
-
-    int Done(const std::atomic<bool>& abort) const {
-        const TransferCounters& counters = gTransfer.counters;
-        const int done = counters.files + counters.folders;
-        if (counters.failures > 0 && !abort) {
-            DoPrintIdArgs(MSG_ITEMS_FAILED, counters.failures, done + counters.failures);
-        }
-        return done;
-    }
-
-  private:
-    void GoBack() {
-        if (!remoteStart_.empty() && HasControlSocket(site_) && !gSession.exiting &&
-            site_->pszCurrentDir.view() != remoteStart_) {
-            char reply[kReplySize] = "";
-            DoCWD(site_, remoteStart_.c_str(), reply, true);
-        }
-        if (!localStart_.empty()) platform::SetCurrentFolder(localStart_.c_str());
-    }
-
-    Site* site_;
-    std::string localStart_;
-    std::string remoteStart_;
-};
 
 TransferNodePtr MakeNode(std::string_view location, std::string_view name, std::uint32_t nodeType, std::uint32_t size) {
     TransferNodePtr node(new (std::nothrow) TransferNode());
@@ -150,10 +87,10 @@ void TransferSelected(const LVobject& entry, const std::string& localStart, cons
 }  // namespace
 
 int Zarn_TransferLVitems(std::atomic<bool>& abort) {
-    TransferRun run;
+    TransferRun run(TransferDirection::Download);
     const std::vector<const LVobject*> entries =
         gTransferView.selectedEntries != nullptr ? gTransferView.selectedEntries() : std::vector<const LVobject*>();
-    if (entries.empty() || !run.Start("Zarn_TransferLVitems")) return kNothingDone;
+    if (entries.empty() || !run.Start("Zarn_TransferLVitems", abort)) return kNothingDone;
     const std::string folder = ListedFolder(entries, run.RemoteStart());
     for (const LVobject* entry : entries) {
         if (abort) break;
@@ -163,12 +100,12 @@ int Zarn_TransferLVitems(std::atomic<bool>& abort) {
 }
 
 int Zarn_TransferTVitem(std::atomic<bool>& abort) {
-    TransferRun run;
+    TransferRun run(TransferDirection::Download);
     const TVobject* selected = gTransferView.selectedNode != nullptr ? gTransferView.selectedNode() : nullptr;
     if (selected == nullptr || (selected->wObjType != kKindSiteRoot && selected->wObjType != kKindFolder)) {
         return kNothingDone;
     }
-    if (!run.Start("Zarn_TransferTVitem")) return kNothingDone;
+    if (!run.Start("Zarn_TransferTVitem", abort)) return kNothingDone;
     const bool isRoot = selected->wObjType == kKindSiteRoot;
     const OwnedText location = TV_GetPath(isRoot ? selected : selected->pTVparent);
     const TransferNodePtr node = MakeNode(location.view(), isRoot ? location.view() : selected->pszName.view(),

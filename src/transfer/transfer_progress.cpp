@@ -33,6 +33,7 @@ std::string PlaceText(const char* host, const char* path) {
 void ResetTransfer() {
     gTransfer.counters = TransferCounters();
     gTransfer.replaceAll = false;
+    gTransfer.listedFolder.clear();
     gTransfer.currentLocalFolder = platform::CurrentFolder();
 }
 

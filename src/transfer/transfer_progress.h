@@ -12,6 +12,7 @@ struct TransferProgress {
     TransferCounters counters;
     bool replaceAll = false;         // "Yes to All" was answered
     std::string currentLocalFolder;  // cached name of the process's current folder
+    std::string listedFolder;        // on the server: the folder that the list shows while the transfer runs
 };
 extern TransferProgress gTransfer;
 

@@ -14,6 +14,7 @@ struct TransferCounters {
     int folders = 0;
     int files = 0;
     int failures = 0;
+    int failedThoughDone = 0;  // uploads that count in both
 };
 
 struct TransferView {

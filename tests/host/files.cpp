@@ -222,6 +222,9 @@ bool ListFolder(const char* folder, std::vector<FileInfo>& entries) {
         struct stat status = {};
         if (name == "." || name == ".." || ::fstatat(::dirfd(stream), entry->d_name, &status, 0) != 0) continue;
         entries.push_back(FromStatus(name, status));
+        struct stat own = {};
+        const bool known = ::fstatat(::dirfd(stream), entry->d_name, &own, AT_SYMLINK_NOFOLLOW) == 0;
+        entries.back().isLink = known && S_ISLNK(own.st_mode);
     }
     ::closedir(stream);
     // As Windows drives do it, so that tests see the same order everywhere.

@@ -28,6 +28,9 @@ RecordingTransferView::RecordingTransferView() : before_(gTransferView) {
     };
     gTransferView.selectedEntries = [] { return current->selection; };
     gTransferView.selectedNode = [] { return current->node; };
+    gTransferView.droppedFiles = [] { return current->dropped; };
+    gTransferView.dropTarget = [] { return current->target; };
+    gTransferView.addListedEntry = [](LVobjectPtr entry) { current->listed.push_back(std::move(entry)); };
 }
 
 RecordingTransferView::~RecordingTransferView() {

@@ -18,11 +18,14 @@ class RecordingTransferView {
     std::vector<ReplaceAnswer> answers;
     std::vector<const LVobject*> selection;
     TVobject* node = nullptr;
+    std::vector<std::string> dropped;  // full paths
+    std::string target;                // of a drop
 
     std::vector<ReplaceQuestion> questions;
     std::vector<std::string> items, sources, destinations, bytes, counters;
     std::string modes;
     std::vector<int> bars;
+    std::vector<LVobjectPtr> listed;  // entries that joined the list
     int shown = 0;
     int closed = 0;
 

@@ -61,12 +61,19 @@ void SetAttributes(FileInfo& info, DWORD attributes) {
     info.isSystem = (attributes & FILE_ATTRIBUTE_SYSTEM) != 0;
 }
 
+// Other reparse points (files in a cloud) are where they stand. Wine gives a linked folder no tag.
+bool IsLink(const WIN32_FIND_DATAW& found) {
+    if ((found.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0) return false;
+    return found.dwReserved0 == 0 || IsReparseTagNameSurrogate(found.dwReserved0);
+}
+
 FileInfo FromFound(const WIN32_FIND_DATAW& found) {
     FileInfo info;
     info.name = FromWide(found.cFileName);
     info.size = Join(found.nFileSizeHigh, found.nFileSizeLow);
     info.writeTime = LocalTimeOf(found.ftLastWriteTime);
     SetAttributes(info, found.dwFileAttributes);
+    info.isLink = IsLink(found);
     return info;
 }
 

@@ -2,7 +2,6 @@
 
 #include <string>
 
-#include "config/file_types.h"
 #include "config/settings.h"
 #include "foundation/catalogue.h"
 #include "foundation/foundation_view.h"
@@ -15,9 +14,9 @@
 #include "ftp/reserved_names.h"
 #include "ftp/result_codes.h"
 #include "ftp/session_state.h"
-#include "listing/lost_connection.h"
 #include "platform/files.h"
 #include "platform/system.h"
+#include "transfer/item_steps.h"
 #include "transfer/local_names.h"
 #include "transfer/receive_target.h"
 #include "transfer/transfer_errors.h"
@@ -26,39 +25,8 @@
 namespace {
 
 constexpr char kName[] = "DlgGetFile";
-constexpr int kBarStarted = 250;
-constexpr int kBarEnd = 1000;
 constexpr std::uint32_t kErrorHandleDiskFull = 39;
 constexpr std::uint32_t kErrorNameTooLong = 206;
-
-// Options of TransferDlgError.
-constexpr int kLocalFolderOption = 1;
-constexpr int kCreateFolderOption = 2;
-constexpr int kLocalFileOption = 3;
-constexpr int kDiskFullOption = 4;
-constexpr int kRemoteFolderOption = 5;
-constexpr int kRefusedOption = 7;
-constexpr int kReservedOption = 10;
-
-bool Fail(TransferNode* node, int code) {
-    if (node != nullptr) node->iRetCode = code;
-    SetProgressBar(0);
-    return false;
-}
-
-const char* SiteName(const Site* site) {
-    return site != nullptr ? site->pszSessionName.c_str() : "";
-}
-
-// True when the user wants another try; Abort ends the whole transfer.
-bool WantsRetry(BoxAnswer answer, std::atomic<bool>& abort) {
-    if (answer == BoxAnswer::Abort) abort = true;
-    return answer == BoxAnswer::Retry;
-}
-
-void ShowMode(char mode) {
-    if (gTransferView.setMode != nullptr) gTransferView.setMode(mode);
-}
 
 void ShowItem(const TransferNode& node, const Site* site) {
     SetDlgFromText(SiteName(site), node.pszLocation.c_str());
@@ -66,14 +34,15 @@ void ShowItem(const TransferNode& node, const Site* site) {
     SetByteCountText(0, node.iSize);
 }
 
-char ModeOf(const TransferNode& node) {
-    return gZarn.mode.useModeMapping != 0 ? GetTransferMode(node.pszRemoteName.c_str()) : gZarn.mode.mode;
-}
-
 // The name on the local disk; false for a name that is refused (reported).
-bool ChooseLocalName(TransferNode& node, std::string& name) {
+bool ChooseLocalName(const Site* site, TransferNode& node, std::string& name, std::atomic<bool>& abort) {
     const std::string remote = DisplayName(node.pszRemoteName.view());
-    const std::string wanted = ConvertCase(remote, gZarn.mode.caseConversion);
+    std::string wanted = ConvertCase(remote, gZarn.mode.caseConversion);
+    if (gZarn.mode.caseConversion == 0 && gZarn.PROMPT != 0 &&
+        !AskForName(MSG_RECEIVE_REMOTE_FILE, MSG_ENTER_LOCAL_NAME, site, wanted, abort)) {
+        node.iRetCode = FTP_ERROR;
+        return false;
+    }
     if (FileNameIsReserved(wanted.c_str())) {
         TransferDlgError(wanted.c_str(), kReservedOption, 0, nullptr);
         node.iRetCode = kReservedName;
@@ -82,13 +51,6 @@ bool ChooseLocalName(TransferNode& node, std::string& name) {
     name = SafeLocalName(wanted);
     if (name != wanted) DoPrintIdArgs(MSG_UNSAFE_NAME_REPLACED, ShownName(wanted), name);
     if (name != node.pszRemoteName.view()) node.pszLocalName = OwnedText::Copy(name);
-    return true;
-}
-
-// Without a connection nothing more can be fetched.
-bool EndIfLost(Site* site, int result, const char* reply, std::atomic<bool>& abort) {
-    if (!EndLostConnection(kName, site, result, reply)) return false;
-    abort = true;
     return true;
 }
 
@@ -101,7 +63,7 @@ bool EnterLocation(Site* site, TransferNode& node, std::atomic<bool>& abort) {
         const int result = DoCWD(site, node.pszLocation.c_str(), reply, true);
         if (result == FTP_COMPLETE) return true;
         node.iRetCode = result;
-        if (abort || StopRequested() || EndIfLost(site, result, reply, abort)) return false;
+        if (abort || StopRequested() || EndIfLost(kName, site, result, reply, abort)) return false;
         if (!WantsRetry(TransferDlgError(node.pszLocation.c_str(), kRemoteFolderOption, 0, reply), abort)) return false;
     }
     return true;
@@ -112,10 +74,14 @@ BoxAnswer ReportLocalError(const std::string& path, std::uint32_t error) {
     return TransferDlgError(path.c_str(), diskFull ? kDiskFullOption : kLocalFileOption, error, nullptr);
 }
 
-BoxAnswer ReportIncomplete(const TransferNode& node) {
-    const OwnedText text = Zarn_ResVsprintf(MSG_BOX_FILE_NOT_COMPLETE, ShownName(node.pszRemoteName.view()));
-    const OwnedText caption = Zarn_ResString(MSG_TRANSFER_ERROR_CAPTION);
-    return ShowMessageBox(text.c_str(), caption.get(), BoxButtons::AbortRetryIgnore, BoxIcon::Exclamation);
+// The file bears the time that the listing shows, taken as local time. A disk that refuses it costs nothing.
+void StampTime(const std::string& path, FileTime time) {
+    if (time == 0) return;
+    const platform::FileHandle file = platform::OpenFile(path.c_str(), {platform::FileAccess::Write});
+    if (file == platform::kNoFile || !platform::SetFileWriteTime(file, time)) {
+        DbgVsprintf(kName, "WARNING. The time of %s cannot be set", path.c_str());
+    }
+    if (file != platform::kNoFile) platform::CloseFile(file);
 }
 
 // One try to fetch the file into the target. True when it stands under its final name.
@@ -129,21 +95,18 @@ bool FetchOnce(Site* site, TransferNode& node, const ReceiveTarget& target, char
     const std::uint32_t localError = platform::LastSystemError();
     if (result == FTP_COMPLETE) {
         unsigned error = 0;
+        StampTime(target.temporaryPath, node.time);
         if (CommitReceiveTarget(target, error)) return true;
         node.iRetCode = error == platform::kErrorAccessDenied ? kLocalAccessDenied : FTP_ERROR;
         answer = ReportLocalError(target.finalPath, error);
         return false;
     }
     if (node.iRetCode == FTP_COMPLETE) node.iRetCode = FTP_ERROR;
-    if (abort || StopRequested()) return false;
-    if (localError != 0) {
+    if (localError != 0 && !abort && !StopRequested()) {
         answer = ReportLocalError(target.finalPath, localError);
-    } else if (EndIfLost(site, result, reply, abort)) {
-        return false;
-    } else if (IsRefusal(reply)) {
-        answer = TransferDlgError(node.pszRemoteName.c_str(), kRefusedOption, 0, reply);
     } else {
-        answer = ReportIncomplete(node);
+        answer = TellNetworkFailure(kName, site, node.pszRemoteName.c_str(), result, reply, MSG_BOX_FILE_NOT_COMPLETE,
+                                    abort);
     }
     return false;
 }
@@ -191,8 +154,8 @@ Fetched GetFile(Site* site, TransferNode& node, std::atomic<bool>& abort) {
     SetDlgTransferingText(node.pszRemoteName.c_str());
     ShowItem(node, site);
     std::string name;
-    if (!ChooseLocalName(node, name)) return Fetched::Failed;
-    const char mode = ModeOf(node);
+    if (!ChooseLocalName(site, node, name, abort)) return Fetched::Failed;
+    const char mode = ModeFor(node.pszRemoteName.c_str());
     ShowMode(mode);
     if (!EnterLocation(site, node, abort)) return Fetched::Failed;
     if (abort) {
@@ -238,17 +201,17 @@ bool DlgGetFile(TransferNode* node, std::atomic<bool>& abort) {
     Site* site = gSession.activeSite;
     if (node == nullptr || site == nullptr || node->pszRemoteName.empty() || node->pszLocation.empty() ||
         node->pszDestination.empty() || abort) {
-        return Fail(node, FTP_ERROR);
+        return FailItem(node, FTP_ERROR);
     }
     if ((node->NodeType & kNodeFile) == 0) {
         DbgVsprintf(kName, "not a file:%s. Returning FALSE", node->pszRemoteName.c_str());
         CountFailure(*node);
-        return Fail(node, FTP_ERROR);
+        return FailItem(node, FTP_ERROR);
     }
     const Fetched fetched = GetFile(site, *node, abort);
     if (fetched == Fetched::Failed) {
         CountFailure(*node);
-        return Fail(node, node->iRetCode);
+        return FailItem(node, node->iRetCode);
     }
     SetProgressBar(kBarEnd);
     if (fetched == Fetched::Done) {
@@ -261,23 +224,23 @@ bool DlgGetFile(TransferNode* node, std::atomic<bool>& abort) {
 bool DlgCreateDir(TransferNode* node, std::atomic<bool>& abort) {
     SetProgressBar(0);
     if (node == nullptr || node->pszDestination.empty() || node->pszRemoteName.empty() || abort) {
-        return Fail(node, FTP_ERROR);
+        return FailItem(node, FTP_ERROR);
     }
     const char* name = node->pszLocalName.empty() ? node->pszRemoteName.c_str() : node->pszLocalName.c_str();
     SetProgressBar(kBarStarted);
     SetDlgCreatingText(name);
     ShowItem(*node, gSession.activeSite);
     ShowMode('A');
-    if (!EnterDestination(*node, abort)) return Fail(node, FTP_ERROR);
+    if (!EnterDestination(*node, abort)) return FailItem(node, FTP_ERROR);
 
     const std::string path = JoinLocalPath(node->pszDestination.view(), SafeLocalName(name));
     while (const std::uint32_t error = MakeFolder(path)) {
         node->iRetCode = error == platform::kErrorAccessDenied ? kLocalAccessDenied : FTP_ERROR;
-        if (abort) return Fail(node, node->iRetCode);
+        if (abort) return FailItem(node, node->iRetCode);
         if (WantsRetry(TransferDlgError(name, kCreateFolderOption, error, nullptr), abort)) continue;
         // Nothing that belongs into this folder could be stored.
         abort = true;
-        return Fail(node, node->iRetCode);
+        return FailItem(node, node->iRetCode);
     }
     ++gTransfer.counters.folders;
     RefreshCountersText();
