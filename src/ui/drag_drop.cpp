@@ -7,6 +7,8 @@
 #include <utility>
 #include <vector>
 
+#include "foundation/catalogue.h"
+#include "foundation/message_ids.h"
 #include "foundation/trace.h"
 #include "ftp/session_state.h"
 #include "platform/files.h"
@@ -14,9 +16,11 @@
 #include "ui/command_context.h"
 #include "ui/drag_rules.h"
 #include "ui/drops.h"
+#include "ui/list_images.h"
 #include "ui/list_pane.h"
 #include "ui/local_computer.h"
 #include "ui/tree_pane.h"
+#include "ui/wide_text.h"
 
 namespace {
 
@@ -25,23 +29,56 @@ constexpr UINT_PTR kDragTimer = 12;
 constexpr UINT kTick = 50;          // milliseconds
 constexpr int kScrollMargin = 14;   // pixels at 96 dpi
 constexpr int kTicksPerScroll = 2;  // a line every so many ticks
+// Of the picture, pixels at 96 dpi.
+constexpr int kPictureRight = 14;
+constexpr int kPictureBelow = 14;
+constexpr int kLongestLabel = 220;
 
-// The picture of the dragged entry, which moves with the pointer.
+// What is carried as it hangs at the pointer: the icon and the name, or the number, of what the list has selected.
+HIMAGELIST MakeCarriedPicture(const LVobject& entry, const std::string& label) {
+    HIMAGELIST icons = ListView_GetImageList(ListWindow(), LVSIL_SMALL);
+    int icon = 0;
+    int iconHeight = 0;
+    ImageList_GetIconSize(icons, &icon, &iconHeight);
+    HDC screen = GetDC(nullptr);
+    HDC canvas = CreateCompatibleDC(screen);
+    HGDIOBJ oldFont = SelectObject(canvas, gApp.paneFont);
+    const std::wstring text = Wide(label);
+    SIZE size{};
+    GetTextExtentPoint32W(canvas, text.c_str(), static_cast<int>(text.size()), &size);
+    const int gap = Scaled(3);
+    const int textRoom = std::min(static_cast<int>(size.cx), Scaled(kLongestLabel));
+    RECT area{0, 0, icon + textRoom + 3 * gap, std::max(iconHeight, static_cast<int>(size.cy)) + 2 * gap};
+    HBITMAP bitmap = CreateCompatibleBitmap(screen, area.right, area.bottom);
+    HGDIOBJ oldBitmap = SelectObject(canvas, bitmap);
+    FillRect(canvas, &area, GetSysColorBrush(COLOR_HIGHLIGHT));
+    ImageList_Draw(icons, ImageOf(entry), canvas, gap, (area.bottom - iconHeight) / 2, ILD_TRANSPARENT);
+    RECT place{icon + 2 * gap, 0, area.right - gap, area.bottom};
+    SetBkMode(canvas, TRANSPARENT);
+    SetTextColor(canvas, GetSysColor(COLOR_HIGHLIGHTTEXT));
+    DrawTextW(canvas, text.c_str(), -1, &place, DT_SINGLELINE | DT_VCENTER | DT_NOPREFIX | DT_END_ELLIPSIS);
+    SelectObject(canvas, oldBitmap);
+    SelectObject(canvas, oldFont);
+    DeleteDC(canvas);
+    ReleaseDC(nullptr, screen);
+    HIMAGELIST images = ImageList_Create(area.right, area.bottom, ILC_COLOR24, 1, 0);
+    if (images != nullptr) ImageList_Add(images, bitmap, nullptr);
+    DeleteObject(bitmap);
+    return images;
+}
+
+std::string CarriedLabel(const LVobject& entry) {
+    const int selected = SelectedCount();
+    if (selected == 1) return ShownName(EntryName(entry));
+    return Zarn_ResVsprintf(MSG_OBJECTS_SELECTED, selected).c_str();
+}
+
+// The picture moves with the pointer, below it and to the right, so that the node under it stays in sight.
 class DragPicture {
   public:
-    DragPicture(HWND window, int item, POINT pointer) : window_(window) {
-        POINT corner{};
-        images_ = reinterpret_cast<HIMAGELIST>(SendMessageW(
-            ListWindow(), LVM_CREATEDRAGIMAGE, static_cast<WPARAM>(item), reinterpret_cast<LPARAM>(&corner)));
-        if (images_ == nullptr) return;
-        POINT inList = pointer;
-        ScreenToClient(ListWindow(), &inList);
-        int width = 0;
-        int height = 0;
-        ImageList_GetIconSize(images_, &width, &height);
-        const int x = std::clamp(static_cast<int>(inList.x - corner.x), 0, width);
-        const int y = std::clamp(static_cast<int>(inList.y - corner.y), 0, height);
-        shown_ = ImageList_BeginDrag(images_, 0, x, y) != 0;
+    DragPicture(HWND window, const LVobject& entry, POINT pointer)
+        : window_(window), images_(MakeCarriedPicture(entry, CarriedLabel(entry))) {
+        shown_ = images_ != nullptr && ImageList_BeginDrag(images_, 0, -Scaled(kPictureRight), -Scaled(kPictureBelow));
         if (!shown_) return;
         const POINT place = InWindow(pointer);
         ImageList_DragEnter(window_, place.x, place.y);
@@ -133,7 +170,8 @@ bool IsOpen(HTREEITEM item) {
 
 class TreeDrag {
   public:
-    TreeDrag(HWND window, int item, const DragLoad& load) : load_(load), picture_(window, item, PointerPlace()) {
+    TreeDrag(HWND window, const LVobject& entry, const DragLoad& load)
+        : load_(load), picture_(window, entry, PointerPlace()) {
         Follow();
     }
     ~TreeDrag() { Highlight(nullptr); }
@@ -152,6 +190,11 @@ class TreeDrag {
         const DropEffect effect = DropEffectFor(load_, PlaceOf(node));
         Highlight(effect == DropEffect::None ? nullptr : item);
         SetCursor(LoadCursorW(nullptr, reinterpret_cast<LPCWSTR>(effect == DropEffect::None ? IDC_NO : IDC_ARROW)));
+    }
+
+    // Painting goes on while something is carried.
+    void Paint(const MSG& message) const {
+        picture_.Without([&message] { DispatchMessageW(&message); });
     }
 
     void Tick() {
@@ -204,6 +247,9 @@ Turn TakeMessage(const MSG& message, HWND window, TreeDrag& drag) {
         case WM_RBUTTONDOWN:
         case WM_MBUTTONDOWN:
             return Turn::Cancels;
+        case WM_PAINT:
+            drag.Paint(message);
+            return Turn::GoesOn;
         case WM_TIMER:
             if (message.hwnd != window || message.wParam != kDragTimer) break;
             drag.Tick();
@@ -268,7 +314,7 @@ void RunDrag(HWND window, int item) {
     SetTimer(window, kDragTimer, kTick, nullptr);
     bool dropped = false;
     {
-        TreeDrag drag(window, item, carried.load);
+        TreeDrag drag(window, *EntryAt(item), carried.load);
         dropped = FollowMouse(window, drag);
     }
     KillTimer(window, kDragTimer);
