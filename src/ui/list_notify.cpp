@@ -22,6 +22,7 @@
 #include "ui/list_pane.h"
 #include "ui/list_update.h"
 #include "ui/main_window.h"
+#include "ui/pane_colors.h"
 #include "ui/tree_pane.h"
 #include "ui/wide_text.h"
 
@@ -155,6 +156,9 @@ bool LV_NotifyHandler(NMHDR* header, LRESULT& result) {
     switch (header->code) {
         case LVN_GETDISPINFOW:
             FillDisplay(reinterpret_cast<NMLVDISPINFOW*>(header)->item);
+            return true;
+        case NM_CUSTOMDRAW:
+            result = DrawListItem(*reinterpret_cast<NMLVCUSTOMDRAW*>(header));
             return true;
         case LVN_ODFINDITEMW:
             result = FindTyped(*reinterpret_cast<NMLVFINDITEMW*>(header));

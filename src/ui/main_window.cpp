@@ -28,6 +28,7 @@
 #include "ui/help.h"
 #include "ui/list_pane.h"
 #include "ui/menus.h"
+#include "ui/pane_colors.h"
 #include "ui/splitter.h"
 #include "ui/status_bar.h"
 #include "ui/titles.h"
@@ -173,6 +174,11 @@ void NoteFocus(const NMHDR* header) {
 bool OnNotify(NMHDR* header, LRESULT& result) {
     result = 0;
     if (OnTooltip(header)) return true;
+    if (header->code == NM_CUSTOMDRAW && header->hwndFrom == TreeWindow()) {
+        // Not through the tree's own handler: nothing else has to be refreshed for it.
+        result = DrawTreeItem(*reinterpret_cast<NMTVCUSTOMDRAW*>(header));
+        return true;
+    }
     if (header->hwndFrom == gApp.statusBar && header->code == NM_CLICK) {
         if (!CommandsRefused()) Zarn_ToggleStatus(static_cast<int>(reinterpret_cast<NMMOUSE*>(header)->dwItemSpec));
         return true;
