@@ -156,7 +156,7 @@ unsigned ColumnHeaderMessage(int logicalColumn) {
 void RebuildColumns(HWND list, std::uint32_t columns) {
     LearnWidths(list, columns);
     const LayoutWidths& widths = WidthsOf(columns);
-    SendMessageW(list, WM_SETREDRAW, FALSE, 0);
+    const ListPause pause;
     while (ListView_DeleteColumn(list, 0)) {
     }
     for (int i = 0; i < ColumnCount(columns); ++i) {
@@ -170,8 +170,6 @@ void RebuildColumns(HWND list, std::uint32_t columns) {
         SendMessageW(list, LVM_INSERTCOLUMNW, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(&column));
     }
     PublishWidths(widths);
-    SendMessageW(list, WM_SETREDRAW, TRUE, 0);
-    InvalidateRect(list, nullptr, TRUE);
 }
 
 void FitColumns(HWND list, std::uint32_t columns) {

@@ -23,6 +23,7 @@ HWND gList = nullptr;
 std::vector<LVobjectPtr> gEntries;
 TVobject* gFolder = nullptr;
 SortState gSort;
+int gPauses = 0;
 bool gColumnsFitted = false;  // for the folder that is shown
 
 // More entries than this are freed by a thread of their own, so that leaving a large folder takes no time.
@@ -101,10 +102,8 @@ constexpr int kDeselectedOneByOne = 500;
 void ClearSelection() {
     const int selected = SelectedCount();
     if (selected > kDeselectedOneByOne) {
-        SendMessageW(gList, WM_SETREDRAW, FALSE, 0);
+        const ListPause pause;
         ListView_SetItemState(gList, -1, 0, LVIS_SELECTED);
-        SendMessageW(gList, WM_SETREDRAW, TRUE, 0);
-        InvalidateRect(gList, nullptr, TRUE);
         return;
     }
     // The control finds the next one by looking at every entry, so it is not asked beyond the last.
@@ -193,16 +192,24 @@ LRESULT CALLBACK ListProc(HWND list, UINT message, WPARAM wParam, LPARAM lParam,
 void Resort(int column, int logicalColumn) {
     const bool descending = gSort.descending[logicalColumn];
     const SelectionKeeper keeper;
-    SendMessageW(gList, WM_SETREDRAW, FALSE, 0);
+    const ListPause pause;
     SortEntries(gEntries, column, gZarn.COLUMNS, descending);
     keeper.Restore();
     const bool largerFirst = logicalColumn == kColumnLinks || logicalColumn == kColumnSize;
     ShowSortArrow(logicalColumn, descending == largerFirst);
-    SendMessageW(gList, WM_SETREDRAW, TRUE, 0);
-    InvalidateRect(gList, nullptr, TRUE);
 }
 
 }  // namespace
+
+ListPause::ListPause() {
+    if (gPauses++ == 0) SendMessageW(gList, WM_SETREDRAW, FALSE, 0);
+}
+
+ListPause::~ListPause() {
+    if (--gPauses > 0) return;
+    SendMessageW(gList, WM_SETREDRAW, TRUE, 0);
+    RedrawWindow(gList, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_ALLCHILDREN);
+}
 
 bool CreateListPane(HWND parent) {
     const DWORD style = WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS | WS_TABSTOP | LVS_OWNERDATA | LVS_SHOWSELALWAYS |
@@ -268,7 +275,7 @@ void LV_AddEntries(TVobject* folder, std::vector<LVobjectPtr> entries) {
 
 void LV_EntriesComplete() {
     if (gList == nullptr) return;
-    SendMessageW(gList, WM_SETREDRAW, FALSE, 0);
+    const ListPause pause;
     ShowCount();
     if (gZarn.uiStyle == UiStyle::List || gZarn.uiStyle == UiStyle::SmallIcons) {
         // The control measures the width of these views' columns only when a view begins.
@@ -276,8 +283,6 @@ void LV_EntriesComplete() {
         SetViewBits(gZarn.uiStyle);
     }
     ArrangeIcons();
-    SendMessageW(gList, WM_SETREDRAW, TRUE, 0);
-    InvalidateRect(gList, nullptr, TRUE);
 }
 
 int LV_AddItem(LVobjectPtr entry) {
@@ -350,10 +355,10 @@ std::uint64_t SelectedBytes() {
 
 void SelectAllEntries() {
     // The control looks at every entry, and with redrawing on at every entry's place, too.
-    SendMessageW(gList, WM_SETREDRAW, FALSE, 0);
-    ListView_SetItemState(gList, -1, LVIS_SELECTED, LVIS_SELECTED);
-    SendMessageW(gList, WM_SETREDRAW, TRUE, 0);
-    InvalidateRect(gList, nullptr, TRUE);
+    {
+        const ListPause pause;
+        ListView_SetItemState(gList, -1, LVIS_SELECTED, LVIS_SELECTED);
+    }
     PostRefreshWindowState();
 }
 
@@ -374,7 +379,7 @@ void LV_ChangeView(UiStyle style, std::uint32_t columns) {
         DbgVsprintf(kFunction, "%s", kAlready[static_cast<std::size_t>(style)]);
         return;
     }
-    SendMessageW(gList, WM_SETREDRAW, FALSE, 0);
+    const ListPause pause;
     if (details && columns != gZarn.COLUMNS) {
         gZarn.COLUMNS = columns;
         RebuildColumns(gList, columns);
@@ -384,10 +389,8 @@ void LV_ChangeView(UiStyle style, std::uint32_t columns) {
         gZarn.uiStyle = style;
         SetViewBits(style);
     }
-    SendMessageW(gList, WM_SETREDRAW, TRUE, 0);
     const int focused = ListView_GetNextItem(gList, -1, LVNI_FOCUSED);
     if (focused >= 0) ListView_EnsureVisible(gList, focused, FALSE);
-    InvalidateRect(gList, nullptr, TRUE);
     SetToolbarButtonState();
 }
 

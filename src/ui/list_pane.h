@@ -18,6 +18,15 @@ bool CreateListPane(HWND parent);
 void DestroyListPane();
 HWND ListWindow();
 
+// While one lives the list does not draw; then it does so once, headings included. They may be nested.
+class ListPause {
+  public:
+    ListPause();
+    ~ListPause();
+    ListPause(const ListPause&) = delete;
+    ListPause& operator=(const ListPause&) = delete;
+};
+
 // Frees every entry and empties the control.
 void InitListView();
 // The pane owns the entries from here on. The first ones show at once, later ones within a moment or with

@@ -19,16 +19,13 @@
 #include "ui/app.h"
 #include "ui/command_context.h"
 #include "ui/list_pane.h"
+#include "ui/status_layout.h"
 #include "ui/wide_text.h"
 
 namespace {
 
-enum Part { kPartMessage, kPartLinks, kPartBell, kPartUnique, kPartType, kPartLocalDir, kPartSelection, kParts };
+enum Part { kPartMessage, kPartLinks, kPartBell, kPartUnique, kPartType, kPartLocalDir, kPartSelection };
 constexpr int kSimplePart = 255;
-
-// Widths of all parts but the first, in pixels at 96 dpi; the first takes what is left.
-constexpr std::array<int, kParts> kWidths = {0, 66, 56, 76, 62, 210, 190};
-constexpr int kSmallestMessage = 160;
 
 std::string gStatusText;  // a message that covers the state while it is not empty
 
@@ -111,17 +108,8 @@ int StatusBarHeight() {
 }
 
 void LayoutStatusParts(int width) {
-    std::array<int, kParts> right{};
-    int others = 0;
-    for (int part = kPartLinks; part < kParts; ++part) others += Scaled(kWidths[static_cast<std::size_t>(part)]);
-    int edge = std::max(Scaled(kSmallestMessage), width - others);
-    right[kPartMessage] = edge;
-    for (int part = kPartLinks; part < kParts; ++part) {
-        edge += Scaled(kWidths[static_cast<std::size_t>(part)]);
-        right[static_cast<std::size_t>(part)] = edge;
-    }
-    right[kPartSelection] = -1;
-    SendMessageW(gApp.statusBar, SB_SETPARTS, kParts, reinterpret_cast<LPARAM>(right.data()));
+    const std::array<int, kStatusParts> right = StatusPartEdges(width, static_cast<int>(gApp.dpi));
+    SendMessageW(gApp.statusBar, SB_SETPARTS, right.size(), reinterpret_cast<LPARAM>(right.data()));
     ChangeSBText();
 }
 
