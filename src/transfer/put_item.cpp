@@ -156,7 +156,9 @@ int MakeRemoteFolder(Site* site, const TransferNode& node, std::atomic<bool>& ab
         char reply[kReplySize] = "";
         int result = ChkForRdir(site, NameToSend(node), true, parent.c_str(), reply);
         if (result == kFileUnavailable && reply[0] != '\0') result = MakeAndEnter(site, path, reply);
-        if (result == FTP_COMPLETE) return site->pszCurrentDir.view() == path ? FTP_COMPLETE : FTP_ERROR;
+        // Made, but not entered: what belongs into it would land elsewhere.
+        if (result == FTP_COMPLETE && site->pszCurrentDir.view() != path) result = FTP_ERROR;
+        if (result == FTP_COMPLETE) return result;
         if (abort || StopRequested() || EndIfLost("DlgPutDir", site, result, reply, abort)) return result;
         if (!WantsRetry(TransferDlgError(path.c_str(), kMakeRemoteFolderOption, 0, reply), abort)) return result;
     }

@@ -49,7 +49,17 @@ std::string LocalFolder::PathOf(std::string name) const {
     return path_ + platform::kPathSeparator + name;
 }
 
+void LocalFolder::MakeFolder(const std::string& name) const {
+    for (std::size_t end = name.find('/'); end != std::string::npos; end = name.find('/', end + 1)) {
+        platform::CreateFolder(PathOf(name.substr(0, end)).c_str());
+    }
+    platform::CreateFolder(PathOf(name).c_str());
+}
+
 void LocalFolder::Write(const std::string& name, const std::string& bytes) const {
+    if (const std::size_t separator = name.rfind('/'); separator != std::string::npos) {
+        MakeFolder(name.substr(0, separator));
+    }
     const platform::FileHandle file = platform::OpenFile(
         PathOf(name).c_str(), {platform::FileAccess::Write, platform::FileDisposition::CreateAlways});
     platform::WriteFile(file, bytes);

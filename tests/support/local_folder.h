@@ -15,6 +15,8 @@ class LocalFolder {
     const std::string& Path() const { return path_; }
     // Below the folder; "/" in `name` becomes the system's separator.
     std::string PathOf(std::string name) const;
+    // Both make the folders on the way.
+    void MakeFolder(const std::string& name) const;
     void Write(const std::string& name, const std::string& bytes) const;
     std::string Read(const std::string& name) const;
     bool Exists(const std::string& name) const;

@@ -116,6 +116,73 @@ TEST_F(GetFile, UnchangedNameLeavesTheLocalNameUnset) {
     EXPECT_EQ(nullptr, node.pszLocalName.get());
 }
 
+TEST_F(GetFile, PromptAsksForTheLocalNameAndBeginsWithSiteAndFileName) {
+    gZarn.PROMPT = 1;
+    static std::string seen;
+    gSessionView.askText = [](const TextQuestion& question, std::string& answer) {
+        seen = question.caption + "|" + question.prompt + "|" + answer;
+        return true;
+    };
+    ASSERT_TRUE(Get("a.txt"));
+    EXPECT_EQ("Receive Remote File|Enter local file name for a.txt:|Test site : a.txt", seen);
+    EXPECT_EQ((Names{"a.txt"}), local.Contents());
+    EXPECT_EQ(nullptr, node.pszLocalName.get());
+}
+
+TEST_F(GetFile, AnswerToThePromptIsTheLocalNameMadeSafe) {
+    gZarn.PROMPT = 1;
+    harness.view.AnswerNext("..\\other.txt");
+    ASSERT_TRUE(Get("a.txt"));
+    EXPECT_EQ((Names{"..~other.txt"}), local.Contents());
+    EXPECT_STREQ("..~other.txt", node.pszLocalName.get());
+    EXPECT_TRUE(Sent("RETR a.txt"));
+}
+
+TEST_F(GetFile, ReservedAnswerToThePromptIsRefused) {
+    gZarn.PROMPT = 1;
+    harness.view.AnswerNext("NUL.txt");
+    EXPECT_FALSE(Get("a.txt"));
+    EXPECT_EQ(kReservedName, node.iRetCode);
+    EXPECT_TRUE(local.Contents().empty());
+}
+
+TEST_F(GetFile, CancelledPromptEndsTheTransfer) {
+    gZarn.PROMPT = 1;
+    EXPECT_FALSE(Get("a.txt"));
+    EXPECT_TRUE(abort);
+    EXPECT_EQ(0, harness.server.CountCommands("RETR"));
+    EXPECT_TRUE(local.Contents().empty());
+}
+
+TEST_F(GetFile, CaseConversionAsksForNoName) {
+    gZarn.PROMPT = 1;
+    gZarn.mode.caseConversion = 2;
+    ASSERT_TRUE(Get("a.txt"));
+    EXPECT_TRUE(harness.view.Questions().empty());
+}
+
+TEST_F(GetFile, FileBearsTheTimeOfTheListing) {
+    constexpr FileTime kMinute = 600'000'000;
+    for (const FileTime time : {FileTime{125911584000000000} + 754 * kMinute,  // 1 January 2000, 12:34
+                                FileTime{132379488000000000}}) {               // a summer's day in 2020, midnight
+        view.answers = {ReplaceAnswer::Yes};
+        node = NodeFor("/pub", "a.txt");
+        node.time = time;
+        ASSERT_TRUE(Get(node));
+        platform::FileInfo info;
+        ASSERT_TRUE(platform::GetFileInfo(local.PathOf("a.txt").c_str(), info));
+        EXPECT_EQ(time, info.writeTime);
+        ForgetReceivedFiles();
+    }
+}
+
+TEST_F(GetFile, FileWithoutAListedTimeBearsTheTimeOfItsArrival) {
+    ASSERT_TRUE(Get("a.txt"));
+    platform::FileInfo info;
+    ASSERT_TRUE(platform::GetFileInfo(local.PathOf("a.txt").c_str(), info));
+    EXPECT_GT(info.writeTime, FileTime{132379488000000000});
+}
+
 TEST_F(GetFile, MissingFieldsAndOtherKindsAreRefused) {
     EXPECT_FALSE(DlgGetFile(nullptr, abort));
     node = NodeFor("/pub", "");

@@ -86,6 +86,31 @@ TEST_F(SelectionTransfer, BothSidesAreBackWhereTheyStood) {
     EXPECT_EQ("CWD /pub", harness.server.Commands().back());
 }
 
+TEST_F(SelectionTransfer, TargetOfADropReceivesAndIsLeftAgain) {
+    local.MakeFolder("target");
+    view.target = local.PathOf("target");
+    view.Select(File("a.txt"));
+    view.Select(Folder("dir"));
+    EXPECT_EQ(5, Zarn_TransferLVitems(abort));
+    EXPECT_EQ((Names{"target/", "target/a.txt", "target/dir/", "target/dir/c.txt", "target/dir/deep/",
+                     "target/dir/deep/d.txt"}),
+              local.Contents());
+    EXPECT_EQ(local.Path(), platform::CurrentFolder());
+    EXPECT_EQ(local.PathOf("target"), view.destinations.front());
+}
+
+TEST_F(SelectionTransfer, TargetThatIsGoneIsToldAndNothingIsReceived) {
+    view.target = local.PathOf("gone");
+    view.Select(File("a.txt"));
+    harness.console.AnswerNext(BoxAnswer::Ignore);
+    EXPECT_EQ(-1, Zarn_TransferLVitems(abort));
+    EXPECT_TRUE(harness.console.HasBox("Unable to set local directory <" + local.PathOf("gone") + ">."));
+    EXPECT_TRUE(local.Contents().empty());
+    EXPECT_EQ(0, harness.server.CountCommands("RETR"));
+    EXPECT_EQ(local.Path(), platform::CurrentFolder());
+    EXPECT_EQ(1, view.closed);
+}
+
 TEST_F(SelectionTransfer, FailedItemsAreCountedOnceAndTheRestGoesOn) {
     harness.console.AnswerNext(BoxAnswer::Ignore);
     view.Select(File("missing.txt"));

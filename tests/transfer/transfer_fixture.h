@@ -10,8 +10,10 @@
 #include <vector>
 
 #include "config/settings.h"
+#include "ftp/blocking_call.h"
 #include "ftp/session_state.h"
 #include "ftp/transfer_node.h"
+#include "support/bounded_wait.h"
 #include "support/local_folder.h"
 #include "support/recording_transfer_view.h"
 #include "support/session_harness.h"
@@ -38,6 +40,16 @@ class TransferTest : public testing::Test {
     bool Sent(const std::string& commandLine) {
         const std::vector<std::string> commands = harness.server.Commands();
         return std::find(commands.begin(), commands.end(), commandLine) != commands.end();
+    }
+    // As the dialog's Abort does: ends the wait that the transfer is in, not the ones that follow.
+    static void AbortAsTheUserDoes() {
+        const std::uint32_t call = BlockingCallNumber();
+        SetTransferAbort(true);
+        test_support::WaitUntil([call] {
+            const bool waits = call != 0 && BlockingCallNumber() == call;
+            if (waits) CancelBlockingCall();
+            return !waits;
+        });
     }
     using Names = std::vector<std::string>;
 
