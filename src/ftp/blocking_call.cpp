@@ -82,7 +82,7 @@ std::uint32_t HandleTimeOutTimer(std::uint32_t timeoutSeconds) {
     }
     if (first) {
         DoPrintIdArgs(MSG_TIMER_CANCELLED_CALL);
-        SetTransferAbort(true);
+        SetTransferTimedOut();
     }
     CancelBlockingCall();
     return kRepeatCancelMilliseconds;
