@@ -1,4 +1,4 @@
-#include "config/file_types.h"
+#include "config/mode_map_store.h"
 #include "ftp/blocking_call.h"
 #include "ftp/remote_commands.h"
 #include "ftp/result_codes.h"
@@ -157,14 +157,21 @@ TEST_F(PutFile, CaseConversionAsksForNoName) {
     EXPECT_TRUE(harness.view.Questions().empty());
 }
 
-TEST_F(PutFile, ModeGoesByTheTypeWhereThatIsWanted) {
+TEST_F(PutFile, ModeGoesByTheTypeOfTheLocalNameWhereThatIsWanted) {
+    FTobject type;
+    type.pszType = OwnedText::Copy(".zzlines");
+    type.TransferMode[0] = 'L';
+    ASSERT_TRUE(RegSaveFileType({&type, kModeChanged}));
     gZarn.mode.useModeMapping = 1;
-    local.Write("prog.exe", "MZ");
-    const char text = GetTransferMode("a.txt");
-    const char program = GetTransferMode("prog.exe");
+    gZarn.mode.caseConversion = 1;
+    local.Write("a.zzlines", "x");
     ASSERT_TRUE(Put("a.txt"));
-    ASSERT_TRUE(Put("prog.exe"));
-    EXPECT_EQ((std::string{text, program}), view.modes);
+    ASSERT_TRUE(Put("a.zzlines"));
+    EXPECT_EQ("IL", view.modes);
+    EXPECT_TRUE(Sent("TYPE L 8"));
+    gZarn.mode.useModeMapping = 0;
+    ASSERT_TRUE(Put("a.zzlines"));
+    EXPECT_EQ("ILI", view.modes);
 }
 
 TEST_F(PutFile, FolderIsChangedOnlyWhenItDiffers) {

@@ -1,0 +1,178 @@
+#include <algorithm>
+
+#include "config/mode_map_store.h"
+#include "config/settings.h"
+#include "ftp/remote_commands.h"
+#include "ftp/session_state.h"
+#include "integration/real_server.h"
+#include "platform/files.h"
+#include "transfer/drop_transfer.h"
+#include "transfer/transfer_progress.h"
+
+namespace {
+
+using Names = std::vector<std::string>;
+constexpr char kUploads[] = "/incoming";
+
+// Drops from the local folder; each test leaves /incoming as it found it.
+class UploadTree : public RealServer {
+  protected:
+    void SetUp() override {
+        RealServer::SetUp();
+        Connect();
+        ASSERT_EQ(Open(kUploads), FTP_COMPLETE);
+        before = NamesOnDisk(kUploads);
+        gZarn.SENDUNIQUE = 0;
+    }
+    void TearDown() override {
+        RemoveWhatWasSent();
+        EXPECT_EQ(NamesOnDisk(kUploads), before);
+    }
+    static std::string OnServer(const std::string& name) { return std::string(kUploads) + "/" + name; }
+    int Drop(const Names& names) {
+        transfer.dropped.clear();
+        for (const std::string& name : names) transfer.dropped.push_back(local.PathOf(name));
+        int done = -1;
+        Run("Zarn_TransferDropFiles", [&] { done = Zarn_TransferDropFiles(gSession.transferAbort); });
+        return done;
+    }
+    // The deepest names come last in the sorted list of a folder's contents.
+    void RemoveWhatWasSent() {
+        Names names = local.Contents();
+        std::reverse(names.begin(), names.end());
+        Run("remove", [&] {
+            char reply[kReplySize] = "";
+            for (std::string name : names) {
+                const bool isFolder = name.back() == '/';
+                if (isFolder) name.pop_back();
+                if (isFolder && IsFolderOnDisk(OnServer(name))) DoRMD(site, OnServer(name).c_str(), reply);
+                if (!isFolder && IsFileOnDisk(OnServer(name))) DoDELE(site, OnServer(name).c_str(), reply);
+            }
+        });
+    }
+    void ExpectOnServer(const std::string& name, const std::string& bytes) {
+        EXPECT_TRUE(IsFileOnDisk(OnServer(name))) << name;
+        EXPECT_TRUE(DiskBytes(OnServer(name)) == bytes) << name << " differs";
+    }
+    static std::string SomeBytes(std::size_t count) {
+        std::string bytes(count, '\0');
+        std::uint32_t state = 2428;
+        for (char& byte : bytes) {
+            state = state * 1664525 + 1013904223;
+            byte = static_cast<char>(state >> 24);
+        }
+        return bytes;
+    }
+
+    Names before;
+};
+FOR_EVERY_SERVER(UploadTree);
+
+TEST_P(UploadTree, TreeIsOnTheServersDiskByteForByte) {
+    const std::vector<std::pair<std::string, std::string>> files = {
+        {"tree/empty.bin", ""},
+        {"tree/big.bin", SomeBytes(3 * 1024 * 1024)},
+        {"tree/one/two/three/deep.bin", SomeBytes(2049)},
+        {"tree/Größe 灯台/Grüße 🗼.bin", SomeBytes(8096)},
+        {"tree/100% %s/50%n  blanks.bin", SomeBytes(100)},
+        {"tree/z.bin", "last"},
+    };
+    for (const auto& [name, bytes] : files) local.Write(name, bytes);
+    local.MakeFolder("tree/nothing in it");
+    EXPECT_EQ(Drop({"tree"}), static_cast<int>(local.Contents().size()));
+    for (const auto& [name, bytes] : files) ExpectOnServer(name, bytes);
+    EXPECT_TRUE(IsFolderOnDisk(OnServer("tree/nothing in it")));
+    EXPECT_EQ(gTransfer.counters.files, static_cast<int>(files.size()));
+    EXPECT_EQ(gTransfer.counters.failures, 0);
+    EXPECT_TRUE(console.Boxes().empty());
+    EXPECT_TRUE(view.ServerErrors().empty());
+    EXPECT_STREQ(site->pszCurrentDir.get(), kUploads);
+    EXPECT_EQ(transfer.closed, 1);
+    ASSERT_EQ(transfer.listed.size(), 1u);
+    EXPECT_STREQ(transfer.listed[0]->name.get(), "tree");
+}
+
+TEST_P(UploadTree, TextGoesInAsciiModeAndTheRestAsItIs) {
+    gZarn.mode.useModeMapping = 1;
+    FTobject type;
+    type.pszType = OwnedText::Copy(".zztext");
+    type.TransferMode[0] = 'A';
+    ASSERT_TRUE(RegSaveFileType({&type, kModeChanged}));
+    gZarn.mode.mode = 'I';
+    const std::string text = "first line\r\nsecond line\r\n\r\nlast line\r\n";
+    local.Write("mixed/notes.zztext", text);
+    local.Write("mixed/lamp.exe", text);
+    EXPECT_EQ(Drop({"mixed"}), 3);
+    std::string converted = text;
+    std::erase(converted, '\r');
+    ExpectOnServer("mixed/notes.zztext", GetParam().convertsLineEnds ? converted : text);
+    ExpectOnServer("mixed/lamp.exe", text);
+    EXPECT_EQ(transfer.modes, "IA");
+}
+
+TEST_P(UploadTree, TargetOfADropReceivesAndTheSessionIsBackWhereItWas) {
+    ASSERT_EQ(Open("/docs"), FTP_COMPLETE);
+    transfer.target = kUploads;
+    local.Write("a.txt", "aaa");
+    local.Write("dir/b.txt", "bbb");
+    EXPECT_EQ(Drop({"a.txt", "dir"}), 3);
+    ExpectOnServer("a.txt", "aaa");
+    ExpectOnServer("dir/b.txt", "bbb");
+    EXPECT_STREQ(site->pszCurrentDir.get(), "/docs");
+    EXPECT_TRUE(transfer.listed.empty());
+    EXPECT_EQ(Open("/docs"), FTP_COMPLETE);
+}
+
+TEST_P(UploadTree, SecondDropFillsTheFolderThatIsThere) {
+    local.Write("dir/a.txt", "aaa");
+    EXPECT_EQ(Drop({"dir"}), 2);
+    local.Write("dir/a.txt", "changed");
+    local.Write("dir/b.txt", "bbb");
+    EXPECT_EQ(Drop({"dir"}), 3);
+    ExpectOnServer("dir/a.txt", "changed");
+    ExpectOnServer("dir/b.txt", "bbb");
+    EXPECT_TRUE(console.Boxes().empty());
+}
+
+TEST_P(UploadTree, FolderThatMayNotBeWrittenIsToldOnceAndTheSessionGoesOn) {
+    ASSERT_EQ(Open("/docs"), FTP_COMPLETE);
+    local.Write("dir/a.txt", "aaa");
+    Drop({"dir"});
+    EXPECT_FALSE(IsFolderOnDisk("/docs/dir"));
+    EXPECT_EQ(console.Boxes().size() + view.ServerErrors().size(), 1u);
+    EXPECT_EQ(gTransfer.counters.failures, 1);
+    EXPECT_EQ(gTransfer.counters.files, 0);
+    EXPECT_STREQ(site->pszCurrentDir.get(), "/docs");
+    ASSERT_EQ(Open(kUploads), FTP_COMPLETE);
+    EXPECT_EQ(Drop({"dir"}), 2);
+    ExpectOnServer("dir/a.txt", "aaa");
+}
+
+TEST_P(UploadTree, WhatWasSentComesBackTheSame) {
+    const std::string bytes = SomeBytes(200'000);
+    local.Write("back/deeper/data.bin", bytes);
+    local.Write("back/empty.bin", "");
+    EXPECT_EQ(Drop({"back"}), 4);
+    ASSERT_EQ(Open(OnServer("back")), FTP_COMPLETE);
+    ASSERT_EQ(Open(kUploads), FTP_COMPLETE);
+    const LocalFolder fresh;
+    Select({"back"});
+    EXPECT_EQ(ReceiveSelection(), 4);
+    EXPECT_TRUE(fresh.Read("back/deeper/data.bin") == bytes);
+    EXPECT_EQ(fresh.Read("back/empty.bin"), "");
+}
+
+TEST_P(UploadTree, ReceivedFileBearsTheListedTime) {
+    ASSERT_EQ(Open("/docs"), FTP_COMPLETE);
+    ASSERT_NE(Listed("notes.txt"), nullptr);
+    const FileTime listed = Listed("notes.txt")->time;
+    Select({"notes.txt"});
+    const LocalFolder fresh;
+    ASSERT_EQ(ReceiveSelection(), 1);
+    platform::FileInfo info;
+    ASSERT_TRUE(platform::GetFileInfo(fresh.PathOf("notes.txt").c_str(), info));
+    EXPECT_EQ(info.writeTime, listed);
+    ASSERT_EQ(Open(kUploads), FTP_COMPLETE);
+}
+
+}  // namespace
