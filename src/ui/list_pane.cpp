@@ -175,18 +175,15 @@ void SetViewBits(UiStyle style) {
     keeper.RestoreAll();
 }
 
-LRESULT CALLBACK ListProc(HWND list, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id, DWORD_PTR) {
-    switch (message) {
-        case WM_DROPFILES:
-            OnShellDrop(reinterpret_cast<HDROP>(wParam));
-            return 0;
-        case WM_NCDESTROY:
-            RemoveWindowSubclass(list, ListProc, id);
-            break;
-        default:
-            break;
+// The control's own procedure; see the tree's for why it is kept here.
+WNDPROC gControlProc = nullptr;
+
+LRESULT CALLBACK ListProc(HWND list, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == WM_DROPFILES) {
+        OnShellDrop(reinterpret_cast<HDROP>(wParam));
+        return 0;
     }
-    return DefSubclassProc(list, message, wParam, lParam);
+    return CallWindowProcW(gControlProc, list, message, wParam, lParam);
 }
 
 void Resort(int column, int logicalColumn) {
@@ -224,7 +221,8 @@ bool CreateListPane(HWND parent) {
     ListView_SetExtendedListViewStyle(gList, LVS_EX_FULLROWSELECT | LVS_EX_DOUBLEBUFFER | LVS_EX_LABELTIP);
     if (!MakeListImages(gList)) return false;
     RebuildColumns(gList, gZarn.COLUMNS);
-    SetWindowSubclass(gList, ListProc, 1, 0);
+    gControlProc =
+        reinterpret_cast<WNDPROC>(SetWindowLongPtrW(gList, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(ListProc)));
     DragAcceptFiles(gList, TRUE);
     return true;
 }

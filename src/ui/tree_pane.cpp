@@ -100,7 +100,11 @@ bool IsParentsKey(WPARAM key) {
     return key == VK_BACK || key == VK_TAB || key == VK_RETURN;
 }
 
-LRESULT CALLBACK TreeProc(HWND tree, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id, DWORD_PTR) {
+// The control's own procedure. (The common controls' way of subclassing asks for properties of the window with every
+// message, which costs more than inserting an item.)
+WNDPROC gControlProc = nullptr;
+
+LRESULT CALLBACK TreeProc(HWND tree, UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
         case WM_KEYDOWN:
             if (!IsParentsKey(wParam)) break;
@@ -109,13 +113,10 @@ LRESULT CALLBACK TreeProc(HWND tree, UINT message, WPARAM wParam, LPARAM lParam,
         case WM_CHAR:
             if (IsParentsKey(wParam)) return 0;
             break;
-        case WM_NCDESTROY:
-            RemoveWindowSubclass(tree, TreeProc, id);
-            break;
         default:
             break;
     }
-    return DefSubclassProc(tree, message, wParam, lParam);
+    return CallWindowProcW(gControlProc, tree, message, wParam, lParam);
 }
 
 class RedrawPause {
@@ -160,7 +161,8 @@ bool CreateTreePane(HWND parent) {
         return false;
     }
     TreeView_SetUnicodeFormat(gTree, TRUE);
-    SetWindowSubclass(gTree, TreeProc, 1, 0);
+    gControlProc =
+        reinterpret_cast<WNDPROC>(SetWindowLongPtrW(gTree, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(TreeProc)));
     if (!InitTreeViewImageLists(gApp.dpi)) {
         DbgVsprintf(kFunction, "InitTreeViewImageLists failed!");
         DestroyWindow(gTree);
