@@ -71,9 +71,7 @@ std::uint32_t TimeOutRemaining(std::uint32_t timeoutSeconds) {
     return waited >= period ? 0 : period - waited;
 }
 
-std::uint32_t HandleTimeOutTimer(std::uint32_t timeoutSeconds) {
-    const std::uint32_t remaining = TimeOutRemaining(timeoutSeconds);
-    if (remaining > 0) return remaining;
+void TimeOutBlockingCall() {
     bool first = false;
     {
         const std::lock_guard guard(gCall.lock);
@@ -85,5 +83,11 @@ std::uint32_t HandleTimeOutTimer(std::uint32_t timeoutSeconds) {
         SetTransferTimedOut();
     }
     CancelBlockingCall();
+}
+
+std::uint32_t HandleTimeOutTimer(std::uint32_t timeoutSeconds) {
+    const std::uint32_t remaining = TimeOutRemaining(timeoutSeconds);
+    if (remaining > 0) return remaining;
+    TimeOutBlockingCall();
     return kRepeatCancelMilliseconds;
 }

@@ -28,6 +28,9 @@ void CancelBlockingCall();
 // Milliseconds until the call in progress has waited `timeoutSeconds`; 0 when that time is over. With no call in
 // progress, or a time-out of 0, the whole period (at least one second).
 std::uint32_t TimeOutRemaining(std::uint32_t timeoutSeconds);
-// The window's timer fired: returns the milliseconds after which it wants to be called again. When the time is over it
-// prints 6016, sets the transfer-abort flag and cancels the call.
+// The call in progress has waited long enough: prints 6016, once for each call, sets the transfer-abort flag and
+// cancels it. Nothing without a call in progress.
+void TimeOutBlockingCall();
+// The window's timer fired: returns the milliseconds after which it wants to be called again. When the time is over the
+// call is timed out.
 std::uint32_t HandleTimeOutTimer(std::uint32_t timeoutSeconds);

@@ -43,7 +43,7 @@ void ReportFailure() {
 void ReportUnknownDirectory(Site* site) {
     if (gSession.aborting || gSession.exiting) return;
     if (StopRequested()) {
-        CloseStoredSocket(site->pSock->ctrl_skt, CloseHow::Send);
+        AbandonStoredSocket(site->pSock->ctrl_skt);
         site->bConnected = 0;
     }
     const std::string text = CatalogueText(MSG_GET_REMOTE_DIRECTORY_FAILED);
@@ -56,7 +56,8 @@ OwnedText FirstDirectory(Site* site) {
     int result = 0;
     if (ChangeRemoteDirectory(site, site->pszDir.get(), reply, &result, false))
         return OwnedText::Copy(site->pszDir.view());
-    return GetRemoteDirectory(site);
+    // After a time-out the answer is still to come: it would be taken for the next one.
+    return StopRequested() ? OwnedText() : GetRemoteDirectory(site);
 }
 
 }  // namespace

@@ -120,6 +120,8 @@ int getreply(Site* site, const char* commandLine, ReplyBuffer reply) {
         DbgVsprintf(kFuncName, "(Sock:%x) Sending: %s.", socket, commandLine != nullptr ? commandLine : "");
     const int sent = SendPacket(site, commandLine, reply);
     if (sent != 0) return sent;
+    // Without an answer nobody must take the one before for it.
+    SetReply(reply, "");
     const int result = ReadDisplayLine(site, reply.first(std::min<std::size_t>(reply.size(), kReplySize)));
     if (result == SOCKET_ERROR) DropUnansweredConnection(kFuncName, site);
     return result;

@@ -105,7 +105,12 @@ int ClassOfCutReply(int result, const char* reply) {
 
 int ReadFinalReply(const char* callerName, Site* site, ReplyBuffer reply) {
     const ReplyBuffer cut = reply.size() > kReplySize ? reply.first(kReplySize) : reply;
-    const int result = ReadDisplayLine(site, cut);
+    bool unfinished = false;
+    int result = 0;
+    do {
+        unfinished = LineIsUnfinished(site->pSock->ctrl_skt);
+        result = ReadDisplayLine(site, cut);
+    } while (IsRestOfLine(unfinished, result, reply.data()));
     if (result == SOCKET_ERROR) DropUnansweredConnection(callerName, site);
     return ClassOfCutReply(result, reply.data());
 }
@@ -116,6 +121,8 @@ int OpenDataConnection(const char* callerName, Site* site, ReplyBuffer reply, co
     const int sent = command(site, reply, "%s", commandLine);
     if (ClassOfCutReply(sent, reply.data()) != kReplyPreliminary) {
         CloseStoredSocket(record.listen_skt, CloseHow::None);
+        // A code that came in pieces: the server may have begun a transfer whose last word would be the next answer.
+        if (sent == kNoUsableReply && LineIsUnfinished(record.ctrl_skt)) LoseControlConnection(callerName, site);
         return StopRequested() ? FTP_ERROR : 0;
     }
     Wait wait = Wait::Stopped;

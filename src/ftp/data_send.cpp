@@ -109,7 +109,11 @@ bool FinishSending(Site* site, ReplyBuffer reply, const CopyOutcome& outcome) {
     }
     platform::ShutdownSocket(record.data_skt, platform::ShutdownHow::Send);
     const int result = ReadFinalReply(kFuncName, site, reply);
-    CloseStoredSocket(record.data_skt, CloseHow::Send);
+    // Without its word that it has everything, the server may never read what is still on its way.
+    if (result == FTP_COMPLETE)
+        CloseStoredSocket(record.data_skt, CloseHow::Send);
+    else
+        AbandonStoredSocket(record.data_skt);
     return result == FTP_COMPLETE;
 }
 

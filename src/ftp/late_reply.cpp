@@ -7,9 +7,17 @@
 
 void LoseControlConnection(const char* callerName, Site* site) {
     DbgVsprintf(callerName, "ERROR. Closing Connection to %s", site->pszHost.c_str());
-    CloseStoredSocket(site->pSock->ctrl_skt, CloseHow::Send);
+    // A server that does not answer may not take what is still on its way either: nothing is waited for.
+    AbandonStoredSocket(site->pSock->ctrl_skt);
     site->bConnected = 0;
-    if (!StoppingWorker()) TellServerReset(callerName, site);
+    if (StoppingWorker())
+        LeaveLossUntold();
+    else
+        TellServerReset(callerName, site);
+}
+
+bool IsRestOfLine(bool unfinished, int result, const char* reply) {
+    return unfinished && result == kNoUsableReply && !IsReplyLine(reply);
 }
 
 void DropUnansweredConnection(const char* callerName, Site* site) {
@@ -22,7 +30,12 @@ void SettleCancelledTransfer(const char* callerName, Site* site, ReplyBuffer rep
     // A site that is being disconnected anyway needs no last word.
     const bool worthWaiting = !gSession.exiting && site->bConnected != 0;
     if (worthWaiting) {
-        const int result = ReadReplyWithin(site, reply, kLateReplyMilliseconds);
+        bool unfinished = false;
+        int result = 0;
+        do {
+            unfinished = LineIsUnfinished(site->pSock->ctrl_skt);
+            result = ReadReplyWithin(site, reply, kLateReplyMilliseconds);
+        } while (IsRestOfLine(unfinished, result, reply.data()));
         DbgVsprintf(callerName, "The late reply is %d", result);
         if (result != SOCKET_ERROR) return;
     }

@@ -24,3 +24,7 @@ void LoseControlConnection(const char* callerName, Site* site);
 // Before a command is sent: throws away the rest of a line that was read before its line feed came, lest it be taken
 // for the reply to this command.
 void DropRestOfLine(platform::Socket socket);
+// The last line came without its line feed: its rest may still be on its way.
+bool LineIsUnfinished(platform::Socket socket);
+// True when what was read is no answer but the rest of the line before it, `unfinished` having been asked before.
+bool IsRestOfLine(bool unfinished, int result, const char* reply);

@@ -96,7 +96,9 @@ bool PassGateway(Site* site, ReplyBuffer reply) {
         DoPrintIdArgs(MSG_GATEWAY_LOGON_FAILURE);
         return false;
     }
-    if (commandf(site, reply, "site %s", site->pszHost.c_str()) == FTP_ERROR) {
+    result = commandf(site, reply, "site %s", site->pszHost.c_str());
+    // After a time-out its answer would be taken for that of "USER".
+    if (result == FTP_ERROR || (result == SOCKET_ERROR && StopRequested())) {
         DoPrintIdArgs(MSG_FINAL_DESTINATION_FAILED);
         return false;
     }
@@ -156,6 +158,14 @@ Attempt LogIn(Site* site) {
     return attempt;
 }
 
+// After a time-out nothing is waited for: what is still on its way to the server may never arrive.
+void CloseFailedAttempt(Site* site) {
+    if (StopRequested())
+        AbandonStoredSocket(site->pSock->ctrl_skt);
+    else
+        CloseStoredSocket(site->pSock->ctrl_skt, CloseHow::Send);
+}
+
 Attempt TryConnect(Site* site) {
     if (site == nullptr || site->pSock == nullptr) return Attempt::GivenUp;
     if (site->bConnected != 0) {
@@ -165,7 +175,7 @@ Attempt TryConnect(Site* site) {
     const Attempt attempt = LogIn(site);
     site->bConnected = attempt == Attempt::Connected ? 1 : 0;
     // An abort says good-bye to the server itself before it closes the connection.
-    if (attempt != Attempt::Connected && !gSession.aborting) CloseStoredSocket(site->pSock->ctrl_skt, CloseHow::Send);
+    if (attempt != Attempt::Connected && !gSession.aborting) CloseFailedAttempt(site);
     return attempt;
 }
 

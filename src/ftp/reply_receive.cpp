@@ -25,7 +25,8 @@ std::atomic<bool> gInnerLinesSuppressed{false};
 
 // Connection whose last line came without its line feed: the rest may still be on its way.
 std::atomic<platform::Socket> gUnfinishedLine{platform::kNoSocket};
-constexpr std::uint32_t kRestOfLineMilliseconds = 20;
+// The wait ends with the line; only a server that never ends it is waited for in full.
+constexpr std::uint32_t kRestOfLineMilliseconds = 300;
 
 // Whether a wait for bytes may be cancelled by the time-out or an abort.
 enum class Waiting { Cancellable, Undisturbed };
@@ -211,6 +212,10 @@ int ReadReply(Site* site, ReplyBuffer reply, Waiting waiting, std::uint32_t mill
 }
 
 }  // namespace
+
+bool LineIsUnfinished(platform::Socket socket) {
+    return gUnfinishedLine == socket;
+}
 
 void DropRestOfLine(platform::Socket socket) {
     if (gUnfinishedLine != socket) return;

@@ -28,15 +28,16 @@ bool IsOpen(const std::atomic<platform::Socket>& stored) {
     return stored.load() != platform::kNoSocket;
 }
 
-// Ends the worker. One that does not end in time loses its sockets, so that whatever it does next fails.
-void EndWorker(Site* site) {
-    if (StopWorker(kStopMilliseconds) || site == nullptr || site->pSock == nullptr) return;
+// Ends the worker. One that does not end in time loses its sockets, so that whatever it does next fails; true then.
+bool EndWorker(Site* site) {
+    if (StopWorker(kStopMilliseconds) || site == nullptr || site->pSock == nullptr) return false;
     DoPrintIdArgs(MSG_KILLING_ACTIVE_THREAD);
     CloseStoredSocket(site->pSock->data_skt, CloseHow::Receive);
     CloseStoredSocket(site->pSock->listen_skt, CloseHow::None);
     CloseStoredSocket(site->pSock->ctrl_skt, CloseHow::Send);
     site->bConnected = 0;
     StopWorker(kForcedStopMilliseconds);
+    return true;
 }
 
 // The worker closes its own data connection and listener on its way out; what is still open is closed here. The order
@@ -66,11 +67,12 @@ void Zarn_Abort() {
     Site* site = gSession.activeSite;
     const bool hasRecord = site != nullptr && site->pSock != nullptr;
     bool wasConnecting = gSession.connecting;
-    const bool wasConnected = hasRecord && site->bConnected != 0;
     const bool hadData = hasRecord && IsOpen(site->pSock->data_skt);
+    AnnounceStop();
     SetAborting(true);
     SetTransferAbort(true);
-    EndWorker(site);
+    const bool forced = EndWorker(site);
+    const bool lost = TakeUntoldLoss() || forced;
     // A connect that had only just begun leaves its half-made connection.
     wasConnecting = wasConnecting || (hasRecord && HasControlSocket(site) && site->bConnected == 0);
     if (hasRecord) CloseTransferSockets(*site->pSock, hadData);
@@ -86,19 +88,23 @@ void Zarn_Abort() {
     }
     SetAborting(false);
     RefreshWindow();
-    // The worker found the reply lost and closed the connection, but left the telling to this thread.
-    if (!wasConnecting && wasConnected && !HasControlSocket(site)) TellServerReset(kFuncName, site);
+    if (!wasConnecting && lost) TellServerReset(kFuncName, site);
 }
 
 void Zarn_IdmDisconnect(Site* site) {
     if (site == nullptr || site->pSock == nullptr) return;
     if (gSessionView.siteHasNode != nullptr && !gSessionView.siteHasNode(site)) return;
     SetStatusText(Zarn_ResVsprintf(MSG_DISCONNECTING_FROM, site->pszSessionName.c_str()));
+    const bool running = WorkerRunning();
+    AnnounceStop();
     site->bConnected = 0;
     EndWorker(site);
     site->bConnected = 0;  // a log-in may have ended well just before it was stopped
     SetConnecting(true);
+    // What was stopped may have left bytes on their way that the server never takes.
+    if (running) SetAborting(true);
     CloseStoredSocket(site->pSock->ctrl_skt, CloseHow::Send);
+    if (running) SetAborting(false);
     SetBusy(true);
     site->pszCurrentDir.reset();
     site->lastCommandTicks = 0;
@@ -110,9 +116,10 @@ void Zarn_IdmDisconnect(Site* site) {
 
 void Zarn_IdmExit(Site* site, unsigned commandId) {
     const bool leaving = commandId == kExitCommand;
+    const bool running = OperationRunning();
+    if (running) AnnounceStop();
     if (leaving) gSession.exiting = true;
     SetTransferAbort(true);
-    const bool running = OperationRunning();
     const bool hasRecord = site != nullptr && site->pSock != nullptr;
     const bool wasConnected = hasRecord && site->bConnected != 0;
     const bool hadData = hasRecord && IsOpen(site->pSock->data_skt);

@@ -26,6 +26,7 @@ struct ActiveWorker {
     std::function<void()> job;
     std::atomic<bool> running{false};
     std::atomic<bool> stopping{false};
+    std::atomic<bool> untoldLoss{false};
 };
 ActiveWorker gWorker;
 
@@ -69,6 +70,7 @@ bool StartWorker(const char* name, std::function<void()> job) {
     gWorker.name = name;
     gWorker.job = std::move(job);
     gWorker.running = true;
+    gWorker.untoldLoss = false;
     SetTransferAbort(false);
     SetBusy(true);
     gWorker.thread = platform::StartThread(RunJob, nullptr);
@@ -80,8 +82,21 @@ bool StartWorker(const char* name, std::function<void()> job) {
     return false;
 }
 
+void AnnounceStop() {
+    gWorker.stopping = true;
+}
+void LeaveLossUntold() {
+    gWorker.untoldLoss = true;
+}
+bool TakeUntoldLoss() {
+    return gWorker.untoldLoss.exchange(false);
+}
+
 bool StopWorker(std::uint32_t milliseconds) {
-    if (gWorker.thread == platform::kNoThread) return true;
+    if (gWorker.thread == platform::kNoThread) {
+        gWorker.stopping = false;
+        return true;
+    }
     const bool wasAborting = gSession.aborting;
     gWorker.stopping = true;
     SetTransferAbort(true);

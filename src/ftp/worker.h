@@ -24,5 +24,11 @@ void Zarn_IdmExit(Site* site, unsigned commandId);
 void Zarn_HandleFtpReset(const char* callerName, Site* site);
 // The box of Zarn_HandleFtpReset and the disconnect command, whatever is left of the connection.
 void TellServerReset(const char* callerName, Site* site);
-// True while StopWorker waits: the worker then leaves boxes and the connection's end to the thread that stops it.
+// From here to the end of the next StopWorker: the worker leaves boxes and the connection's end to the thread that
+// stops it. Called before the first flag that makes the worker stop.
+void AnnounceStop();
 bool StoppingWorker();
+// The worker closed a lost connection and left the telling to the thread that stops it.
+void LeaveLossUntold();
+// True when it did so since the last call.
+bool TakeUntoldLoss();

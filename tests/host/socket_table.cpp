@@ -128,14 +128,10 @@ WaitResult WaitSocket(int descriptor, short events, std::uint32_t milliseconds) 
         cancelsBefore = entry->cancels;
     }
     const WaitResult result = PollUntil(table, *entry, cancelsBefore, events, milliseconds);
-    {
-        const std::lock_guard lock(table.guard);
-        if (--entry->waiting == 0) {
-            std::uint64_t count = 0;
-            [[maybe_unused]] const ssize_t received = ::read(entry->wakeUp, &count, sizeof count);
-        }
-        // Let go under the lock: the descriptor's number must be free before the table may hand it out again.
-        entry.reset();
+    const std::lock_guard lock(table.guard);
+    if (--entry->waiting == 0) {
+        std::uint64_t count = 0;
+        [[maybe_unused]] const ssize_t received = ::read(entry->wakeUp, &count, sizeof count);
     }
     return result;
 }
@@ -148,8 +144,11 @@ void CancelWaits(int descriptor) {
 
 bool RemoveSocket(int descriptor) {
     Table& table = Sockets();
+    // Let go after the lock: a close that lingers holds up its own thread only. The system does not give the number to
+    // another socket before.
+    EntryReference entry;
     const std::lock_guard lock(table.guard);
-    const EntryReference entry = Find(table, descriptor);
+    entry = Find(table, descriptor);
     if (entry == nullptr) return Fail(kErrorNotSocket);
     entry->closed = true;
     Wake(*entry);

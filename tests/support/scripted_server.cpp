@@ -129,6 +129,11 @@ void ScriptedServer::AddFile(const std::string& path, std::string bytes) {
     state_->tree.AddFile(path, std::move(bytes));
 }
 
+void ScriptedServer::Remove(const std::string& path) {
+    const std::lock_guard guard(state_->lock);
+    state_->tree.Remove(path);
+}
+
 void ScriptedServer::SetListing(const std::string& path, std::string bytes) {
     const std::lock_guard guard(state_->lock);
     state_->tree.SetListing(path, std::move(bytes));

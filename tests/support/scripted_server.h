@@ -18,10 +18,19 @@
 
 #include "platform/sockets.h"
 
+// How a line of an answer is cut into packets.
+enum class ReplyPieces {
+    Whole,
+    Bytes,  // one byte in each
+    Two,    // the code and its blank, then the text
+    Lines,  // a reply of three lines, one in each; the first and the last are the answer's own
+};
+
 // One thing that the server does in answer to a command.
 struct ServerStep {
     enum class Kind {
         Answer,          // what it would have done without a script
+        AnswerInPieces,  // the same, with one line of its answer sent piece by piece
         Say,             // bytes on the control connection, in one piece
         OpenData,        // connects to the address of PORT; `text` is the local address to come from, empty for any
         DataBytes,       // bytes on the data connection
@@ -36,11 +45,16 @@ struct ServerStep {
     };
     Kind kind;
     std::string text;
+    ReplyPieces pieces = ReplyPieces::Whole;
+    int line = 1;  // which of the answer's lines is sent in pieces
 };
 using ServerScript = std::vector<ServerStep>;
 
 inline ServerStep Answer() {
     return {ServerStep::Kind::Answer, {}};
+}
+inline ServerStep AnswerInPieces(ReplyPieces pieces, int line) {
+    return {ServerStep::Kind::AnswerInPieces, {}, pieces, line};
 }
 inline ServerStep Say(std::string bytes) {
     return {ServerStep::Kind::Say, std::move(bytes)};
@@ -107,6 +121,7 @@ class ScriptedServer {
     // --- The tree. Paths begin with "/". Missing parents are made. ---
     void AddFolder(const std::string& path);
     void AddFile(const std::string& path, std::string bytes);
+    void Remove(const std::string& path);
     // LIST of this folder sends exactly these bytes, whatever stands in it.
     void SetListing(const std::string& path, std::string bytes);
     bool Exists(const std::string& path) const;

@@ -25,8 +25,44 @@ bool SendData(ServerConnection& connection, std::string_view bytes) {
     return sent;
 }
 
+// Long enough for the client to read what it has before the next piece comes.
+constexpr std::uint32_t kBetweenPieces = 10;
+constexpr std::uint32_t kBetweenBytes = 1;
+
+bool SendInPieces(ServerConnection& connection, const std::vector<std::string>& pieces, std::uint32_t pause) {
+    for (const std::string& piece : pieces) {
+        if (!SendAll(connection.control, piece)) return false;
+        platform::SleepMilliseconds(pause);
+    }
+    return true;
+}
+
+// One line of an answer with its line end, cut as the script of the running command wants it.
+bool SendLine(ServerConnection& connection, const std::string& line) {
+    constexpr std::size_t kCode = 3;
+    if (connection.pieces == ReplyPieces::Whole || connection.linesBeforePieces-- > 0 || line.size() <= kCode)
+        return SendAll(connection.control, line);
+    const ReplyPieces how = connection.pieces;
+    connection.pieces = ReplyPieces::Whole;
+    std::vector<std::string> bytes;
+    switch (how) {
+        case ReplyPieces::Bytes:
+            for (const char c : line) bytes.emplace_back(1, c);
+            return SendInPieces(connection, bytes, kBetweenBytes);
+        case ReplyPieces::Two:
+            return SendInPieces(connection, {line.substr(0, kCode + 1), line.substr(kCode + 1)}, kBetweenPieces);
+        case ReplyPieces::Lines:
+            return SendInPieces(connection,
+                                {line.substr(0, kCode) + "-" + line.substr(kCode + 1), " a line between\r\n", line},
+                                kBetweenPieces);
+        case ReplyPieces::Whole:
+            break;
+    }
+    return SendAll(connection.control, line);
+}
+
 bool Tell(ServerConnection& connection, const std::string& line) {
-    return SendAll(connection.control, line + "\r\n");
+    return SendLine(connection, line + "\r\n");
 }
 
 void Close(std::atomic<platform::Socket>& stored) {
@@ -146,6 +182,13 @@ bool ScriptedServer::State::RunStep(ServerConnection& connection, const ServerSt
     switch (step.kind) {
         case Kind::Answer:
             return AnswerCommand(connection, verb, argument);
+        case Kind::AnswerInPieces: {
+            connection.pieces = step.pieces;
+            connection.linesBeforePieces = step.line - 1;
+            const bool open = AnswerCommand(connection, verb, argument);
+            connection.pieces = ReplyPieces::Whole;
+            return open;
+        }
         case Kind::Say:
             return SendAll(connection.control, step.text);
         case Kind::OpenData:
@@ -236,8 +279,9 @@ bool ScriptedServer::State::SendListing(ServerConnection& connection, const std:
     std::string listing;
     {
         const std::lock_guard guard(lock);
-        if (!tree.IsFolder(path)) return Tell(connection, "550 " + path + ": No such file or directory.");
-        listing = verb == "NLST" ? tree.NameList(path) : tree.Listing(path);
+        const bool isFile = verb == "LIST" && tree.IsFile(path);
+        if (!isFile && !tree.IsFolder(path)) return Tell(connection, "550 " + path + ": No such file or directory.");
+        listing = verb == "NLST" ? tree.NameList(path) : isFile ? tree.Line(path, argument) : tree.Listing(path);
     }
     return SendOverData(connection, listing);
 }
@@ -306,7 +350,7 @@ bool ScriptedServer::State::AnswerCommand(ServerConnection& connection, const st
             const std::lock_guard guard(lock);
             lines = welcome;
         }
-        return SendAll(connection.control, lines);
+        return SendLine(connection, lines);
     }
     if (verb == "LIST" || verb == "NLST") return SendListing(connection, verb, argument);
     if (verb == "RETR") return SendFile(connection, argument);

@@ -28,6 +28,8 @@ struct ServerConnection {
     std::string renameFrom;
     std::string received;  // bytes after the last whole line
     int uniqueNumber = 0;
+    ReplyPieces pieces = ReplyPieces::Whole;
+    int linesBeforePieces = 0;
 };
 
 // The peer has closed it, or it is broken.

@@ -67,17 +67,20 @@ bool ServerTree::Rename(const std::string& from, const std::string& to) {
     return true;
 }
 
+std::string ServerTree::Line(const std::string& path, const std::string& shownName) const {
+    const Entry& entry = entries_.at(path);
+    char head[96];
+    std::snprintf(head, sizeof head, "%s   1 ftp      ftp      %10zu Jan 02 12:34 ",
+                  entry.isFolder ? "drwxr-xr-x" : "-rw-r--r--", entry.isFolder ? 4096 : entry.bytes.size());
+    return head + shownName + "\r\n";
+}
+
 std::string ServerTree::Listing(const std::string& folder) const {
     const auto given = listings_.find(folder);
     if (given != listings_.end()) return given->second;
     std::string listing;
-    for (const auto& [path, entry] : entries_) {
-        if (path == "/" || Parent(path) != folder) continue;
-        char head[96];
-        std::snprintf(head, sizeof head, "%s   1 ftp      ftp      %10zu Jan 02 12:34 ",
-                      entry.isFolder ? "drwxr-xr-x" : "-rw-r--r--", entry.isFolder ? 4096 : entry.bytes.size());
-        listing += head + path.substr(path.rfind('/') + 1) + "\r\n";
-    }
+    for (const auto& [path, entry] : entries_)
+        if (path != "/" && Parent(path) == folder) listing += Line(path, path.substr(path.rfind('/') + 1));
     return listing;
 }
 

@@ -23,6 +23,8 @@ class ServerTree {
     bool Rename(const std::string& from, const std::string& to);
     // What LIST sends for a folder, in the form of a Unix server.
     std::string Listing(const std::string& folder) const;
+    // One entry in that form, as LIST shows a file that it was asked for.
+    std::string Line(const std::string& path, const std::string& shownName) const;
     std::string NameList(const std::string& folder) const;
 
   private:
