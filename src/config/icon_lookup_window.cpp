@@ -53,6 +53,34 @@ bool AddOwnIcon(HINSTANCE resources, const OwnIcon& own) {
     return index >= 0;
 }
 
+// An icon of the program's own exactly in that size, any other one scaled.
+HICON IconInSize(HINSTANCE resources, HIMAGELIST from, int index, int side) {
+    for (const OwnIcon& own : kOwnIcons) {
+        if (gEntryIcons.*own.index != index) continue;
+        return static_cast<HICON>(::LoadImageA(resources, own.resource, IMAGE_ICON, side, side, LR_DEFAULTCOLOR));
+    }
+    HICON icon = ::ImageList_GetIcon(from, index, ILD_TRANSPARENT);
+    if (icon == nullptr) return nullptr;
+    const auto scaled = static_cast<HICON>(::CopyImage(icon, IMAGE_ICON, side, side, 0));
+    if (scaled == nullptr) return icon;
+    ::DestroyIcon(icon);
+    return scaled;
+}
+
+HIMAGELIST ResizedList(HINSTANCE resources, HIMAGELIST from, int side) {
+    const int count = ::ImageList_GetImageCount(from);
+    HIMAGELIST list = ::ImageList_Create(side, side, ILC_COLOR32 | ILC_MASK, count, kMoreRoom);
+    for (int index = 0; list != nullptr && index < count; ++index) {
+        HICON icon = IconInSize(resources, from, index, side);
+        const bool added = icon != nullptr && ::ImageList_AddIcon(list, icon) == index;
+        if (icon != nullptr) ::DestroyIcon(icon);
+        if (added) continue;
+        ::ImageList_Destroy(list);
+        return nullptr;
+    }
+    return list;
+}
+
 std::uint16_t IndexOfIconInfo(const char* iconInfo) {
     IconPair icons = GetIconFromIconInfo(iconInfo);
     const int index = icons.largeIcon != nullptr || icons.smallIcon != nullptr ? AddIconToImageList(icons) : -1;
@@ -92,6 +120,22 @@ bool CreateIconLists(HINSTANCE resources) {
     }
     gIconView = {IndexOfIconInfo, FolderIndex};
     return hasGenericIcon;
+}
+
+bool ResizeIconLists(HINSTANCE resources, int largeSide, int smallSide) {
+    if (gLargeList == nullptr || gSmallList == nullptr) return false;
+    HIMAGELIST large = ResizedList(resources, gLargeList, largeSide);
+    HIMAGELIST little = ResizedList(resources, gSmallList, smallSide);
+    if (large == nullptr || little == nullptr) {
+        if (large != nullptr) ::ImageList_Destroy(large);
+        if (little != nullptr) ::ImageList_Destroy(little);
+        return false;
+    }
+    ::ImageList_Destroy(gLargeList);
+    ::ImageList_Destroy(gSmallList);
+    gLargeList = large;
+    gSmallList = little;
+    return true;
 }
 
 void DestroyIconLists() {

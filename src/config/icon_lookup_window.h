@@ -28,6 +28,9 @@ extern EntryIcons gEntryIcons;
 // shown.
 bool CreateIconLists(HINSTANCE resources);
 void DestroyIconLists();
+// Makes both lists anew with icons of other sizes in pixels, when the window's resolution has changed; indexes stay.
+// False, and nothing changed, when that fails.
+bool ResizeIconLists(HINSTANCE resources, int largeSide, int smallSide);
 HIMAGELIST LargeIconList();
 HIMAGELIST SmallIconList();
 

@@ -190,6 +190,23 @@ void FitColumns(HWND list, std::uint32_t columns) {
     PublishWidths(widths);
 }
 
+void ReapplyColumns(HWND list) {
+    if (gZarn.uiStyle != UiStyle::Details) return;
+    const LayoutWidths& widths = WidthsOf(gZarn.COLUMNS);
+    for (int i = 0; i < ColumnCount(gZarn.COLUMNS); ++i) {
+        const int width = widths.width[static_cast<std::size_t>(i)];
+        if (ListView_GetColumnWidth(list, i) != width) ListView_SetColumnWidth(list, i, width);
+    }
+}
+
+void RescaleColumns(HWND list, UINT fromDpi, UINT toDpi) {
+    for (LayoutWidths* widths : {&gWindowsWidths, &gUnixWidths}) {
+        for (int& width : widths->width) width = MulDiv(width, static_cast<int>(toDpi), static_cast<int>(fromDpi));
+    }
+    PublishWidths(WidthsOf(gZarn.COLUMNS));
+    ReapplyColumns(list);
+}
+
 void KeepColumnWidth(HWND list, int position) {
     if (LogicalColumnAt(gZarn.COLUMNS, position) < 0) return;
     LayoutWidths& widths = WidthsOf(gZarn.COLUMNS);

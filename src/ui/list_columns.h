@@ -29,6 +29,10 @@ unsigned ColumnHeaderMessage(int logicalColumn);
 void RebuildColumns(HWND list, std::uint32_t columns);
 // Column widths that fit the texts, for the first entries of a folder; remembered and stored widths win.
 void FitColumns(HWND list, std::uint32_t columns);
+// Widths that were right at one resolution become right at another.
+void RescaleColumns(HWND list, UINT fromDpi, UINT toDpi);
+// Gives the shown columns the widths that are remembered for them.
+void ReapplyColumns(HWND list);
 // The user dragged a heading: that width stays.
 void KeepColumnWidth(HWND list, int position);
 // Writes the widths of the layout shown to the store.

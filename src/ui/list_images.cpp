@@ -5,21 +5,40 @@
 #include "config/icon_lookup_window.h"
 #include "foundation/trace.h"
 #include "ui/app.h"
+#include "ui/dpi.h"
 
 namespace {
 
 int gDriveIcon = 0;
 
-HICON LoadDriveIcon(int widthMetric, int heightMetric) {
-    return static_cast<HICON>(LoadImageW(gApp.instance, L"IDI_DRIVE", IMAGE_ICON, GetSystemMetrics(widthMetric),
-                                         GetSystemMetrics(heightMetric), LR_DEFAULTCOLOR));
+HICON LoadDriveIcon(int side) {
+    return static_cast<HICON>(LoadImageW(gApp.instance, L"IDI_DRIVE", IMAGE_ICON, side, side, LR_DEFAULTCOLOR));
+}
+
+int SideOf(HIMAGELIST images) {
+    int width = 0;
+    int height = 0;
+    ImageList_GetIconSize(images, &width, &height);
+    return width;
 }
 
 int AddDriveIcon() {
-    IconPair icons{LoadDriveIcon(SM_CXICON, SM_CYICON), LoadDriveIcon(SM_CXSMICON, SM_CYSMICON)};
+    IconPair icons{LoadDriveIcon(SideOf(LargeIconList())), LoadDriveIcon(SideOf(SmallIconList()))};
     const int index = AddIconToImageList(icons);
     DestroyIcons(icons);
     return index >= 0 ? index : gEntryIcons.folder;
+}
+
+void ReplaceDriveIcon(HIMAGELIST images) {
+    HICON icon = LoadDriveIcon(SideOf(images));
+    if (icon == nullptr) return;
+    ImageList_ReplaceIcon(images, gDriveIcon, icon);
+    DestroyIcon(icon);
+}
+
+void GiveToList(HWND list) {
+    ListView_SetImageList(list, LargeIconList(), LVSIL_NORMAL);
+    ListView_SetImageList(list, SmallIconList(), LVSIL_SMALL);
 }
 
 }  // namespace
@@ -30,9 +49,22 @@ bool MakeListImages(HWND list) {
         return false;
     }
     gDriveIcon = AddDriveIcon();
-    ListView_SetImageList(list, LargeIconList(), LVSIL_NORMAL);
-    ListView_SetImageList(list, SmallIconList(), LVSIL_SMALL);
+    GiveToList(list);
+    // The lists were made for the main screen.
+    ResizeListImages(list, gApp.dpi);
     return true;
+}
+
+void ResizeListImages(HWND list, UINT dpi) {
+    const int large = MetricAtDpi(SM_CXICON, dpi);
+    const int little = MetricAtDpi(SM_CXSMICON, dpi);
+    if (large == SideOf(LargeIconList()) && little == SideOf(SmallIconList())) return;
+    if (!ResizeIconLists(gApp.instance, large, little)) return;
+    if (gDriveIcon != gEntryIcons.folder) {
+        ReplaceDriveIcon(LargeIconList());
+        ReplaceDriveIcon(SmallIconList());
+    }
+    GiveToList(list);
 }
 
 void DestroyListImages() {

@@ -8,6 +8,8 @@
 
 // Makes the lists and gives them to the list view. False, the user being told, when there are none.
 bool MakeListImages(HWND list);
+// Icons for another resolution.
+void ResizeListImages(HWND list, UINT dpi);
 void DestroyListImages();
 // Index of an entry's icon in both lists.
 int ImageOf(const LVobject& entry);

@@ -386,6 +386,7 @@ void LV_ChangeView(UiStyle style, std::uint32_t columns) {
     if (style != gZarn.uiStyle) {
         gZarn.uiStyle = style;
         SetViewBits(style);
+        ReapplyColumns(gList);
     }
     const int focused = ListView_GetNextItem(gList, -1, LVNI_FOCUSED);
     if (focused >= 0) ListView_EnsureVisible(gList, focused, FALSE);

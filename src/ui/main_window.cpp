@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <utility>
 
 #include "config/defaults_store.h"
 #include "config/file_types.h"
@@ -23,9 +24,12 @@
 #include "ui/app.h"
 #include "ui/command_context.h"
 #include "ui/command_table.h"
+#include "ui/dpi.h"
 #include "ui/drag_drop.h"
 #include "ui/drops.h"
 #include "ui/help.h"
+#include "ui/list_columns.h"
+#include "ui/list_images.h"
 #include "ui/list_pane.h"
 #include "ui/menus.h"
 #include "ui/pane_colors.h"
@@ -56,7 +60,9 @@ HWND CreateTitleBar(HWND parent) {
 }
 
 void SetPaneFonts() {
-    for (HWND pane : {TreeWindow(), ListWindow(), gApp.treeTitle, gApp.listTitle, gApp.statusBar}) {
+    // The list gives its font to the headings only while it shows them.
+    HWND headings = ListWindow() != nullptr ? ListView_GetHeader(ListWindow()) : nullptr;
+    for (HWND pane : {headings, TreeWindow(), ListWindow(), gApp.treeTitle, gApp.listTitle, gApp.statusBar}) {
         if (pane != nullptr) SendMessageW(pane, WM_SETFONT, reinterpret_cast<WPARAM>(gApp.paneFont), TRUE);
     }
 }
@@ -76,13 +82,6 @@ HFONT MakePaneFont() {
     }
     return CreateFontW(Scaled(13), Scaled(6), 0, 0, FW_NORMAL, FALSE, FALSE, FALSE, charset, OUT_DEFAULT_PRECIS,
                        CLIP_DEFAULT_PRECIS, DEFAULT_QUALITY, DEFAULT_PITCH | FF_DONTCARE, L"MS Shell Dlg");
-}
-
-UINT WindowDpi(HWND window) {
-    HDC dc = GetDC(window);
-    const int dpi = GetDeviceCaps(dc, LOGPIXELSX);
-    ReleaseDC(window, dc);
-    return dpi > 0 ? static_cast<UINT>(dpi) : 96;
 }
 
 void RememberPlacement(HWND window) {
@@ -197,15 +196,23 @@ void SwapFocus() {
 }
 
 void OnDpiChanged(HWND window, UINT dpi, const RECT& suggested) {
-    gApp.dpi = dpi;
+    const UINT before = std::exchange(gApp.dpi, dpi);
     HFONT old = gApp.paneFont;
     gApp.paneFont = MakePaneFont();
     SetPaneFonts();
     SetConsoleFont(gApp.paneFont);
     DeleteObject(old);
     InitTreeViewImageLists(dpi);
+    {
+        const ListPause pause;
+        ResizeListImages(ListWindow(), dpi);
+        RescaleColumns(ListWindow(), before, dpi);
+    }
+    RecreateTheToolbar(window);
     SetWindowPos(window, nullptr, suggested.left, suggested.top, suggested.right - suggested.left,
                  suggested.bottom - suggested.top, SWP_NOZORDER | SWP_NOACTIVATE);
+    // Also where the size stayed.
+    Zarn_NewSize(window);
 }
 
 std::atomic<bool> gRefreshPosted{false};
@@ -230,7 +237,7 @@ bool RegisterMainWindowClass() {
 
 HWND CreateTheMainWindow() {
     DbgVsprintf("CreateTheMainWindow", "Entered");
-    gApp.dpi = WindowDpi(nullptr);
+    gApp.dpi = DpiOfWindow(nullptr);
     const RECT place = FirstPlacement();
     return CreateWindowExW(0, Wide(gApp.shortName).c_str(), Wide(gApp.longName).c_str(),
                            WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, place.left, place.top, place.right, place.bottom,
@@ -240,6 +247,8 @@ HWND CreateTheMainWindow() {
 bool CreateAppWindows(HWND mainWindow) {
     DbgVsprintf("CreateAppWindows", "Entered");
     gApp.mainWindow = mainWindow;
+    // The window may have come up on another screen than the main one.
+    gApp.dpi = DpiOfWindow(mainWindow);
     gApp.paneFont = MakePaneFont();
     SetConsoleFont(gApp.paneFont);
     SetConsoleChanged(ChangeSBText);
@@ -268,14 +277,15 @@ void Zarn_OnSize(HWND window, int width, int height) {
     const int indent = Scaled(4);
 
     HDWP move = BeginDeferWindowPos(5);
-    const auto place = [&move](HWND pane, int left, int upper, int wide, int high) {
+    const auto place = [&move](HWND pane, int left, int upper, int wide, int high, UINT flags = 0) {
         if (move != nullptr && pane != nullptr) {
             move = DeferWindowPos(move, pane, nullptr, left, upper, std::max(0, wide), std::max(0, high),
-                                  SWP_NOZORDER | SWP_NOACTIVATE);
+                                  flags | SWP_NOZORDER | SWP_NOACTIVATE);
         }
     };
-    place(gApp.treeTitle, indent, top, split - indent, bar);
-    place(gApp.listTitle, listLeft + indent, top, width - listLeft - indent, bar);
+    // The titles are drawn anew: where they end in an ellipsis depends on their width.
+    place(gApp.treeTitle, indent, top, split - indent, bar, SWP_NOCOPYBITS);
+    place(gApp.listTitle, listLeft + indent, top, width - listLeft - indent, bar, SWP_NOCOPYBITS);
     place(TreeWindow(), 0, panesTop, split, panesBottom - panesTop);
     place(ListWindow(), listLeft, panesTop, width - listLeft, panesBottom - panesTop);
     place(reinterpret_cast<HWND>(ConsoleWindow()), 0, panesBottom, width, console);
@@ -357,7 +367,9 @@ LRESULT CALLBACK MainWndProc(HWND window, UINT message, WPARAM wParam, LPARAM lP
             RememberPlacement(window);
             return 0;
         case WM_SIZE:
-            if (wParam != SIZE_MINIMIZED) Zarn_OnSize(window, LOWORD(lParam), HIWORD(lParam));
+            if (wParam == SIZE_MINIMIZED) return 0;
+            Zarn_OnSize(window, LOWORD(lParam), HIWORD(lParam));
+            if (gZarn.AUTOSIZE != 0) ReapplyColumns(ListWindow());
             return 0;
         case WM_GETMINMAXINFO:
             reinterpret_cast<MINMAXINFO*>(lParam)->ptMinTrackSize = {Scaled(kSmallestWidth), Scaled(kSmallestHeight)};

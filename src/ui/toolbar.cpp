@@ -10,6 +10,7 @@
 #include "ui/app.h"
 #include "ui/command_context.h"
 #include "ui/command_table.h"
+#include "ui/toolbar_images.h"
 
 namespace {
 
@@ -40,12 +41,6 @@ constexpr std::array<Slot, 16> kSlots = {{
     {IDM_QUICKVIEW, false, STD_PRINTPRE},
     {IDM_PRINT, false, STD_PRINT},
 }};
-
-// The first image of a standard set after it was added to the bar.
-int AddImages(HWND toolbar, UINT set) {
-    TBADDBITMAP bitmap{HINST_COMMCTRL, set};
-    return static_cast<int>(SendMessageW(toolbar, TB_ADDBITMAP, 0, reinterpret_cast<LPARAM>(&bitmap)));
-}
 
 constexpr char kState[] = "SetToolbarButtonState";
 
@@ -86,19 +81,26 @@ bool CreateTheToolbar(HWND parent) {
                                    parent, nullptr, gApp.instance, nullptr);
     if (gApp.toolbar == nullptr) return false;
     SendMessageW(gApp.toolbar, TB_BUTTONSTRUCTSIZE, sizeof(TBBUTTON), 0);
-    const bool large = gApp.dpi >= 144;
-    const int standard = AddImages(gApp.toolbar, large ? IDB_STD_LARGE_COLOR : IDB_STD_SMALL_COLOR);
-    const int view = AddImages(gApp.toolbar, large ? IDB_VIEW_LARGE_COLOR : IDB_VIEW_SMALL_COLOR);
+    const ToolbarImages images = AddToolbarImages(gApp.toolbar, gApp.dpi);
     std::array<TBBUTTON, kSlots.size()> buttons{};
     for (std::size_t i = 0; i < kSlots.size(); ++i) {
         const Slot& slot = kSlots[i];
         buttons[i].idCommand = slot.command;
         buttons[i].fsState = TBSTATE_ENABLED;
         buttons[i].fsStyle = slot.command == kSeparator ? BTNS_SEP : BTNS_BUTTON;
-        if (slot.command != kSeparator) buttons[i].iBitmap = slot.image + (slot.fromViewSet ? view : standard);
+        if (slot.command != kSeparator)
+            buttons[i].iBitmap = slot.image + (slot.fromViewSet ? images.view : images.standard);
     }
     SendMessageW(gApp.toolbar, TB_ADDBUTTONSW, buttons.size(), reinterpret_cast<LPARAM>(buttons.data()));
     SendMessageW(gApp.toolbar, TB_AUTOSIZE, 0, 0);
+    return true;
+}
+
+bool RecreateTheToolbar(HWND parent) {
+    DestroyWindow(gApp.toolbar);
+    DestroyToolbarImages();
+    if (!CreateTheToolbar(parent)) return false;
+    SetToolbarButtonState();
     return true;
 }
 

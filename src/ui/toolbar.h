@@ -4,5 +4,7 @@
 #include <windows.h>
 
 bool CreateTheToolbar(HWND parent);
+// The same for another resolution.
+bool RecreateTheToolbar(HWND parent);
 int ToolbarHeight();
 void SetToolbarButtonState();

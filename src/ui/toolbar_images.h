@@ -1,0 +1,16 @@
+// The toolbar's pictures: the system's standard sets, scaled to the window's resolution where the system has them in
+// another size.
+#pragma once
+
+#include <windows.h>
+
+#include <commctrl.h>
+
+struct ToolbarImages {
+    int standard = 0;  // index of the first picture of the standard set, and of the view set
+    int view = 0;
+};
+// Adds both sets to a toolbar that has none yet.
+ToolbarImages AddToolbarImages(HWND toolbar, UINT dpi);
+// The scaled pictures of the last toolbar; once it is gone.
+void DestroyToolbarImages();
