@@ -67,6 +67,13 @@ void SetPaneFonts() {
     }
 }
 
+// What a screen reader calls the controls that show no text of their own.
+void NamePanes() {
+    SetText(TreeWindow(), CatalogueText(MSG_NAME_OF_TREE));
+    SetText(ListWindow(), CatalogueText(MSG_NAME_OF_LIST));
+    SetText(gApp.toolbar, CatalogueText(MSG_NAME_OF_TOOLBAR));
+}
+
 // Height 13, width 6, weight 400 at 96 dpi, with the character set of the user's language.
 HFONT MakePaneFont() {
     DWORD charset = ANSI_CHARSET;
@@ -191,6 +198,12 @@ bool OnNotify(NMHDR* header, LRESULT& result) {
     return LV_NotifyHandler(header, result);
 }
 
+// With the caret in the console neither pane has the focus: commands that act on a selection rest.
+void NoteConsoleFocus() {
+    gApp.focus = Pane::None;
+    SetToolbarButtonState();
+}
+
 void SwapFocus() {
     SetFocus(gApp.focus == Pane::Tree ? ListWindow() : TreeWindow());
 }
@@ -258,6 +271,7 @@ bool CreateAppWindows(HWND mainWindow) {
     if (!CreateTreePane(mainWindow) || !CreateListPane(mainWindow)) return false;
     if (gZarn.VERBOSE != 0) Zarn_ShowConsole(mainWindow, false);
     SetPaneFonts();
+    NamePanes();
     DragAcceptFiles(mainWindow, TRUE);
     return true;
 }
@@ -395,7 +409,11 @@ LRESULT CALLBACK MainWndProc(HWND window, UINT message, WPARAM wParam, LPARAM lP
         case WM_HELP:
             ShowHelpContents(window);
             return TRUE;
+        case WM_SYSCOMMAND:
+            if ((wParam & 0xFFF0) == SC_CLOSE) ShowClosing();
+            break;
         case WM_COMMAND:
+            if (HIWORD(wParam) == EN_SETFOCUS && LOWORD(wParam) == IDC_CONSOLE) NoteConsoleFocus();
             if (lParam == 0 || reinterpret_cast<HWND>(lParam) == gApp.toolbar) {
                 if (ProcessCommandsWndProc(window, LOWORD(wParam))) return 0;
             }

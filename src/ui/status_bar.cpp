@@ -152,6 +152,10 @@ void SetLocalDirSBText() {
     SetPart(kPartLocalDir, shown.empty() ? folder : shown);
 }
 
+void ShowClosing() {
+    SetPart(kPartSelection, CatalogueText(MSG_STATUS_CLOSING));
+}
+
 void ShowMenuHelp(unsigned commandId) {
     if (commandId == 0) {
         SendMessageW(gApp.statusBar, SB_SIMPLE, FALSE, 0);

@@ -12,6 +12,8 @@ void SetPartOneSBText(unsigned messageId, const char* text);
 // Empty text: the state takes its place again.
 void ShowStatusText(const char* text);
 void SetLocalDirSBText();
+// The user closes the window.
+void ShowClosing();
 void LayoutStatusParts(int width);
 void Zarn_ToggleStatus(int part);
 bool ChangeCWD();

@@ -3,6 +3,7 @@
 #include <memory>
 #include <string>
 
+#include "config/initial_dirs.h"
 #include "foundation/trace.h"
 #include "ftp/control_connection.h"
 #include "ftp/session_state.h"
@@ -265,12 +266,19 @@ void ForgetNodesBelow(const TVobject* node) {
     if (node != nullptr && !IsNodeBelow(open, node)) OpenWhenListed(open);
 }
 
+void AddRememberedDirectories(TVobject* siteNode) {
+    if (siteNode == nullptr || siteNode->wObjType != kKindSite || siteNode->pSite == nullptr) return;
+    GetInitDirectories("Tv_AddInitDir", siteNode->pSite->pszSessionName.c_str());
+    for (const InitDir& remembered : gInitDirs) Tv_AddInitDir(siteNode, remembered.path);
+}
+
 void ShowFirstDirectory(Site* site, const char* directory) {
     TVobject* siteNode = NodeOfSite(site);
     if (siteNode == nullptr || directory == nullptr) return;
     SetTvTitleText(site);
     TVobject* node = Tv_AddInitDir(siteNode, directory);
     if (node == nullptr) return;
+    AddRememberedDirectories(siteNode);
     // Whatever was shown before the connection is not the server's present state.
     if (gCurrent == node) gCurrent = nullptr;
     ExpandNode(siteNode);

@@ -28,6 +28,8 @@ void RefreshSelectedFolder();
 bool StartChangeDir(TVobject* node);
 // A connect ended well: adds the first directory below the site's node and selects it, which lists it.
 void ShowFirstDirectory(Site* site, const char* directory);
+// Directories in which the user began sessions stand below their site's root, however deep.
+void AddRememberedDirectories(TVobject* siteNode);
 // A site was disconnected: empties the list, resets the site's node and selects it.
 void ShowDisconnected(Site* site);
 // A node is about to go with all below it.

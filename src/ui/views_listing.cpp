@@ -6,7 +6,6 @@
 #include <utility>
 #include <vector>
 
-#include "config/initial_dirs.h"
 #include "ftp/session_view.h"
 #include "listing/listing_view.h"
 #include "ui/app.h"
@@ -59,18 +58,10 @@ void AddEntries(TVobject* folder, std::vector<LVobjectPtr> entries) {
     LV_AddEntries(folder, std::move(entries));
 }
 
-// Directories in which the user began sessions stand below their site's root, however deep.
-void AddRememberedDirectories(TVobject* root) {
-    const Site* site = TV_GetFtpSite(root);
-    if (root->wObjType != kKindSiteRoot || site == nullptr) return;
-    GetInitDirectories("Tv_AddInitDir", site->pszSessionName.c_str());
-    for (const InitDir& remembered : gInitDirs) Tv_AddInitDir(root->pTVparent, remembered.path);
-}
-
 void EndListing(TVobject* folder) {
     gKnownChildren.clear();
     folder->listed = true;
-    AddRememberedDirectories(folder);
+    if (folder->wObjType == kKindSiteRoot) AddRememberedDirectories(folder->pTVparent);
     SortChildren(folder);
     RefreshNode(folder);
     if (ListedFolder() == nullptr) LV_AddEntries(folder, {});  // an empty folder is shown, too

@@ -7,6 +7,7 @@
 #include "config/defaults_store.h"
 #include "config/settings.h"
 #include "foundation/catalogue.h"
+#include "foundation/console_pane.h"
 #include "foundation/foundation_view.h"
 #include "foundation/log_file.h"
 #include "foundation/message_ids.h"
@@ -93,6 +94,21 @@ bool IsAbortKey(const MSG& message) {
     return message.message == WM_KEYDOWN && message.wParam == VK_ESCAPE && OperationRunning();
 }
 
+// The panes and the console, one after the other: a key of the window's own, because the console takes Tab for itself.
+bool TookFocusKey(const MSG& message) {
+    if (message.message != WM_KEYDOWN || OpenModalDialog() != nullptr) return false;
+    HWND console = reinterpret_cast<HWND>(ConsoleWindow());
+    const bool leavesConsole = message.wParam == VK_TAB && console != nullptr && message.hwnd == console;
+    if (message.wParam != VK_F6 && !leavesConsole) return false;
+    const bool inList = message.hwnd == ListWindow();
+    if (message.hwnd == TreeWindow()) {
+        SetFocus(ListWindow());
+    } else {
+        SetFocus(inList && console != nullptr ? console : TreeWindow());
+    }
+    return true;
+}
+
 int RunMessageLoop(HACCEL accelerators) {
     MSG message{};
     while (GetMessageW(&message, nullptr, 0, 0) > 0) {
@@ -107,6 +123,7 @@ int RunMessageLoop(HACCEL accelerators) {
             TreeView_GetEditControl(TreeWindow()) != nullptr || ListView_GetEditControl(ListWindow()) != nullptr;
         if (!editing && accelerators != nullptr && TranslateAcceleratorW(gApp.mainWindow, accelerators, &message))
             continue;
+        if (!editing && TookFocusKey(message)) continue;
         TranslateMessage(&message);
         DispatchMessageW(&message);
     }
