@@ -54,6 +54,7 @@ constexpr StartKind kStartKinds[] = {
     {TransferStart::DropFiles, Zarn_TransferDropFiles, "Zarn_TransferDropFiles"},
     {TransferStart::None, nullptr, "None"},
     {TransferStart::ListSelection, Zarn_TransferLVitems, "Zarn_TransferLVitems"},
+    {TransferStart::StandardInput, Zarn_TransferStdInFiles, "Zarn_TransferStdInFiles"},
     {TransferStart::TreeSelection, Zarn_TransferTVitem, "Zarn_TransferTVitem"},
 };
 
@@ -294,7 +295,8 @@ bool OpenTransferDialog(WindowHandle owner, TransferStart start, void (*finished
         return false;
     }
     const StartKind* kind = FindStartKind(start);
-    if (kind == nullptr || !TextsAreThere()) {
+    const bool nothingNamed = start == TransferStart::StandardInput && StandardInputFiles().empty();
+    if (kind == nullptr || nothingNamed || !TextsAreThere()) {
         DbgVsprintf(kFuncName, "ERROR. Nothing to start. Returning FALSE");
         return false;
     }

@@ -33,6 +33,9 @@ struct TransferView {
     std::vector<const LVobject*> (*selectedEntries)() = nullptr;
     // Full paths of the local files and folders to send, in the order in which they were dropped.
     std::vector<std::string> (*droppedFiles)() = nullptr;
+    // Files to send that standard input named; the names may be relative to the current folder. Null when there are
+    // none.
+    std::vector<std::string> (*standardInputFiles)() = nullptr;
     // The folder on the receiving side (local for a download, remote for an upload) that a drop chose; empty for the
     // current one.
     std::string (*dropTarget)() = nullptr;

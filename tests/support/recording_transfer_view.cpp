@@ -29,6 +29,7 @@ RecordingTransferView::RecordingTransferView() : before_(gTransferView) {
     gTransferView.selectedEntries = [] { return current->selection; };
     gTransferView.selectedNode = [] { return current->node; };
     gTransferView.droppedFiles = [] { return current->dropped; };
+    gTransferView.standardInputFiles = [] { return current->named; };
     gTransferView.dropTarget = [] { return current->target; };
     gTransferView.addListedEntry = [](LVobjectPtr entry) { current->listed.push_back(std::move(entry)); };
 }

@@ -20,6 +20,7 @@ class RecordingTransferView {
     TVobject* node = nullptr;
     std::vector<std::string> dropped;  // full paths
     std::string target;                // of a drop
+    std::vector<std::string> named;    // on standard input
 
     std::vector<ReplaceQuestion> questions;
     std::vector<std::string> items, sources, destinations, bytes, counters;

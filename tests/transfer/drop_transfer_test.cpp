@@ -4,6 +4,7 @@
 #include <unistd.h>
 #endif
 
+#include "foundation/trace.h"
 #include "ftp/blocking_call.h"
 #include "ftp/remote_commands.h"
 #include "ftp/result_codes.h"
@@ -348,13 +349,18 @@ TEST_F(DropTransfer, RefusedUniqueStoreOfATreeEndsWithItsFirstFile) {
 
 TEST_F(DropTransfer, AbortInTheMiddleStopsWithinAStep) {
     local.Write("dir/a.txt", "aaa");
-    local.Write("dir/b.txt", std::string(3'000'000, 'b'));
+    // More than the sockets take in.
+    constexpr std::size_t kMany = 20'000'000;
+    local.Write("dir/b.txt", std::string(kMany, 'b'));
     local.Write("dir/c.txt", "ccc");
     harness.server.Once("STOR", {Answer()});
     harness.server.On("STOR", {Say("150 ok\r\n"), OpenData(), Hold(), CloseData(), Say("426 gone\r\n")});
     SetTransferAbort(false);
     OtherThread user([this] {
-        harness.server.WaitUntilHeld();
+        test_support::WaitUntil([this] {
+            const auto progress = harness.view.Progress();
+            return !progress.empty() && progress.back().total == kMany;
+        });
         AbortAsTheUserDoes();
         harness.server.Release();
     });
@@ -382,6 +388,25 @@ TEST_F(DropTransfer, TooBigFileIsSkippedAfterTheMessageAndTheRestGoesOn) {
     EXPECT_EQ(1, gTransfer.counters.failures);
     EXPECT_TRUE(harness.console.HasBox("Files of 4 GiB and more cannot be sent."));
     EXPECT_EQ(1, harness.server.CountCommands("STOR"));
+}
+
+TEST_F(DropTransfer, FilesNamedOnStandardInputAllLandInTheCurrentFolder) {
+    local.Write("a.txt", "aaa");
+    local.Write("one/b.txt", "bbb");
+    local.Write("two/c.txt", "ccc");
+    view.named = {"a.txt", local.PathOf("one/b.txt"), "two"};
+    gTrace.debug = true;
+    EXPECT_EQ(4, Zarn_TransferStdInFiles(abort));
+    EXPECT_EQ("aaa", Stored("a.txt"));
+    EXPECT_EQ("bbb", Stored("b.txt"));
+    EXPECT_EQ("ccc", Stored("two/c.txt"));
+    EXPECT_TRUE(harness.console.HasLine("Transfering 3 StdIn Files"));
+    EXPECT_EQ(1, view.closed);
+}
+
+TEST_F(DropTransfer, NothingNamedOnStandardInputSendsNothing) {
+    EXPECT_EQ(-1, Zarn_TransferStdInFiles(abort));
+    EXPECT_EQ(1, view.closed);
 }
 
 TEST_F(DropTransfer, MissingArgumentsAreRefused) {
