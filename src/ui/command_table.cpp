@@ -272,7 +272,6 @@ constexpr Command kCommands[] = {
     {IDM_CONNECT, "IDM_CONNECT", OnConnect},
     {IDM_COPY, "IDM_COPY", OnCopy},
     {IDM_DELETE, "IDM_DELETE", OnDelete},
-    {IDM_DELETE_SITE, nullptr, OnDelete},
     {IDM_DISCONNECT, "IDM_DISCONNECT", OnDisconnect},
     {IDM_EXITAPP, "IDM_EXITAPP", OnExit},
     {IDM_HELP_CONTENTS, nullptr, OnHelp},
@@ -288,8 +287,6 @@ constexpr Command kCommands[] = {
     {IDM_NEWFOLDER, nullptr, OnNewFolder},
     {IDM_TV_NEWFOLDER, nullptr, OnNewFolder},
     {IDM_RENAME, nullptr, OnRename},
-    {IDM_RENAME_SITE, nullptr, OnRename},
-    {IDM_TV_RENAME, nullptr, OnRename},
     {IDM_LV_RENAME, nullptr, OnRenameEntry},
     {IDM_VIEW_LINEUP_ICONS, nullptr, OnLineUpIcons},
     {IDM_LV_REFRESH, nullptr, OnRefresh},
@@ -345,7 +342,9 @@ bool MayRunMeanwhile(UINT id) {
 }  // namespace
 
 bool CommandIsAvailable(unsigned id) {
-    return FindCommand(id) != nullptr;
+    // Three are no business of the dispatcher: the tree's own menu does them with the clicked node.
+    const bool ofTreeMenu = id == IDM_DELETE_SITE || id == IDM_RENAME_SITE || id == IDM_TV_RENAME;
+    return ofTreeMenu || FindCommand(id) != nullptr;
 }
 
 bool ProcessCommandsWndProc(HWND window, UINT id) {

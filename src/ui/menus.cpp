@@ -10,6 +10,7 @@
 #include "ui/command_context.h"
 #include "ui/command_table.h"
 #include "ui/list_pane.h"
+#include "ui/tree_edit.h"
 #include "ui/tree_pane.h"
 #include "ui/tree_selection.h"
 
@@ -215,6 +216,10 @@ void TreeContextMenu(HWND window, POINT position, bool byKeyboard) {
             break;
         case IDM_TV_REFRESH:
             if (node == SelectedNode()) RefreshSelectedFolder();
+            break;
+        case IDM_DELETE_SITE:
+            DeleteSiteNode(node);
+            SetFocus(TreeWindow());
             break;
         case IDM_RENAME_SITE:
         case IDM_TV_RENAME:

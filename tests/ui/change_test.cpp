@@ -10,24 +10,6 @@ constexpr unsigned kSelectAll = 40060;
 
 class ChangeTest : public UiTest {
   protected:
-    // The edit field of a label, when one is open.
-    HWND LabelEdit(HWND pane) {
-        HWND edit = nullptr;
-        program_->WaitFor([&] {
-            const UINT ask = pane == program_->List() ? static_cast<UINT>(LVM_GETEDITCONTROL) : TVM_GETEDITCONTROL;
-            edit = reinterpret_cast<HWND>(SendMessageW(pane, ask, 0, 0));
-            return edit != nullptr;
-        });
-        return edit;
-    }
-    void TypeLabel(HWND pane, const wchar_t* text) {
-        HWND edit = LabelEdit(pane);
-        ASSERT_NE(edit, nullptr);
-        SendMessageW(edit, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text));
-        program_->PressKey(edit, VK_RETURN);
-        ASSERT_TRUE(program_->WaitFor([&] { return !IsWindow(edit); }));
-        ASSERT_TRUE(program_->WaitIdle());
-    }
     void SelectForChange(const std::wstring& name) {
         program_->FocusPane(program_->List());
         program_->SelectInList(program_->FindInList(name));
@@ -66,7 +48,7 @@ TEST_F(ChangeTest, ARefusedRenameIsToldAndKeepsTheOldName) {
     SelectForChange(L"old.txt");
     server_->Once("RNFR", {Say("550 old.txt: Permission denied\r\n")});
     program_->Command(kRename);
-    HWND edit = LabelEdit(program_->List());
+    HWND edit = WaitLabelEdit(program_->List());
     ASSERT_NE(edit, nullptr);
     SendMessageW(edit, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(L"new.txt"));
     program_->PressKey(edit, VK_RETURN);
@@ -81,7 +63,7 @@ TEST_F(ChangeTest, ANewFolderIsNamedInPlaceAndMadeOnTheServer) {
     StartConnected();
     ASSERT_TRUE(WaitListed(L"a.txt"));
     program_->Command(kNewFolder);
-    HWND edit = LabelEdit(program_->List());
+    HWND edit = WaitLabelEdit(program_->List());
     ASSERT_NE(edit, nullptr);
     EXPECT_EQ(Program::TextOf(edit), L"New_Folder");
     TypeLabel(program_->List(), L"fresh");

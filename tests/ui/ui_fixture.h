@@ -6,6 +6,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "config/settings.h"
 #include "support/local_folder.h"
@@ -22,6 +23,11 @@ class UiTest : public testing::Test {
 
     // Stores the site "Test" on the scripted server (or another host and port) and starts the program.
     void StartProgram();
+    // Writes settings_ and the site to the store; the program's own start reads them.
+    void FillStore();
+    void StoreSite(const char* name);
+    // The program once more on the store as it stands; the running one is closed.
+    void Restart();
     // The same, then connects and waits until the root is listed.
     void StartConnected();
     void Connect();
@@ -35,9 +41,27 @@ class UiTest : public testing::Test {
     std::wstring ErrorField(HWND dialog, int id) { return Program::TextOf(GetDlgItem(dialog, id)); }
     void Picture(const std::string& name);
     bool ConsoleHas(const std::wstring& text);
+    // Every message posted so far has been dealt with.
+    bool Settle();
+    // From now on the program that is started traces into a log file.
+    void TraceToLog();
+    std::string LogText() const;
+    bool Traced(const std::string& text);
+    HTREEITEM SiteItem(const std::wstring& name = L"Test") { return program_->FindInTree(nullptr, name); }
+    HTREEITEM RootItem() { return program_->TreeNext(SiteItem(), TVGN_CHILD); }
+    bool FocusOn(HWND pane);
+    bool WaitTitle(const std::wstring& title);
+    bool WaitListNames(const std::vector<std::wstring>& names);
+    // Puts the focus on the list with just these entries selected.
+    void SelectEntries(const std::vector<std::wstring>& names);
+    // The edit field of a label once it is open.
+    HWND WaitLabelEdit(HWND pane);
+    // Types a name into the label that is being edited.
+    void TypeLabel(HWND pane, const std::wstring& text);
     std::string LocalBytes(const std::string& name) { return folder_->Read(name); }
     std::size_t LocalFileCount() { return folder_->Contents().size(); }
 
+    static constexpr DWORD kBriefly = 300;  // milliseconds in which something forbidden would have shown
     std::string host_ = "127.0.0.1";
     std::uint16_t port_ = 0;  // 0: the scripted server's
     std::string user_ = "user";
@@ -47,4 +71,6 @@ class UiTest : public testing::Test {
     std::unique_ptr<ScriptedServer> server_;
     std::unique_ptr<LocalFolder> folder_;
     std::unique_ptr<Program> program_;
+    std::string logPath_;
+    DWORD settled_ = 0;
 };

@@ -51,7 +51,7 @@ Program::~Program() {
     CloseHandle(process_.hProcess);
 }
 
-bool Program::Start(const std::wstring& arguments, const std::wstring& path) {
+bool Program::Start(const std::wstring& arguments, const std::wstring& path, bool hidden) {
     const std::wstring program = path.empty() ? OwnFolder() + L"Zarn32.exe" : path;
     std::wstring commandLine = L"\"" + program + L"\" " + arguments;
     STARTUPINFOW startup{};
@@ -60,8 +60,8 @@ bool Program::Start(const std::wstring& arguments, const std::wstring& path) {
                         &process_)) {
         return false;
     }
-    const bool shown = WaitFor([this] {
-        WindowSearch search{process_.dwProcessId, L"Zarn", L"", true, nullptr};
+    const bool shown = WaitFor([this, hidden] {
+        WindowSearch search{process_.dwProcessId, L"Zarn", L"", !hidden, nullptr};
         EnumWindows(MatchWindow, reinterpret_cast<LPARAM>(&search));
         main_ = search.found;
         return main_ != nullptr;

@@ -17,12 +17,14 @@ class Program {
     Program(const Program&) = delete;
     Program& operator=(const Program&) = delete;
 
-    // Starts Zarn32.exe (beside this program unless `path` is given) and waits for its main window.
-    bool Start(const std::wstring& arguments = L"", const std::wstring& path = L"");
+    // Starts Zarn32.exe (beside this program unless `path` is given) and waits for its main window, which is shown
+    // unless `hidden` says that it stays away.
+    bool Start(const std::wstring& arguments = L"", const std::wstring& path = L"", bool hidden = false);
     // Asks the program to close; true when it ended in time with exit code 0.
     bool Close(DWORD milliseconds = 10000);
     bool Running() const;
     DWORD ProcessId() const { return process_.dwProcessId; }
+    HANDLE Process() const { return process_.hProcess; }
 
     HWND Main() const { return main_; }
     HWND Child(int id) const;
@@ -48,6 +50,27 @@ class Program {
     void UnselectAll() const;
     void FocusPane(HWND pane) const;
     void PressKey(HWND window, WORD key) const;
+    // A key, alone or with Ctrl, as the keyboard sends it: to the window in front.
+    void TypeKey(WORD key, bool withCtrl = false) const;
+    HWND Focus() const;
+    // A click of the left button at a place of a window's client area.
+    void Click(HWND window, POINT client, bool twice = false) const;
+    POINT ToScreen(HWND window, POINT client) const;
+    HWND Header() const { return reinterpret_cast<HWND>(SendMessageW(List(), LVM_GETHEADER, 0, 0)); }
+    void ClickHeader(int column) const;
+    int ColumnWidth(int column) const {
+        return static_cast<int>(SendMessageW(List(), LVM_GETCOLUMNWIDTH, static_cast<WPARAM>(column), 0));
+    }
+    std::wstring ColumnTitle(int column) const;
+    bool ColumnIsRightAligned(int column) const;
+    POINT ListPlace(int item) const;  // the middle of an entry's label, in the list's client area
+    // The edit field of a label that is being edited in a pane, or null.
+    HWND LabelEdit(HWND pane) const;
+
+    // Toolbar and status bar.
+    POINT ButtonPlace(unsigned id) const;
+    void ClickButton(unsigned id) const { Click(Toolbar(), ButtonPlace(id)); }
+    void ClickStatusPart(int part) const;
 
     // The tree pane.
     HTREEITEM TreeNext(HTREEITEM item, UINT relation) const;
@@ -57,6 +80,11 @@ class Program {
     HTREEITEM FindInTree(HTREEITEM parent, const std::wstring& text) const;
     void SelectInTree(HTREEITEM item) const;
     void ExpandInTree(HTREEITEM item) const;
+    POINT TreePlace(HTREEITEM item) const;  // the middle of a node's label, in the tree's client area; scrolls to it
+    UINT TreeState(HTREEITEM item, UINT mask) const {
+        return static_cast<UINT>(SendMessageW(Tree(), TVM_GETITEMSTATE, reinterpret_cast<WPARAM>(item), mask)) & mask;
+    }
+    int TreeImage(HTREEITEM item, bool selected) const;
 
     // A dialog of the program (class #32770) that is visible, or null; with `caption` only one so titled.
     HWND Dialog(const std::wstring& caption = L"") const;
@@ -73,6 +101,8 @@ class Program {
     void* Remote() const { return remote_; }
     bool ReadRemote(std::size_t offset, void* to, std::size_t size) const;
     bool WriteRemote(std::size_t offset, const void* from, std::size_t size) const;
+    // The rectangle that a window gives in answer to a message, `asked` standing in its place before.
+    RECT RectFrom(HWND window, UINT message, WPARAM which, const RECT& asked) const;
 
     PROCESS_INFORMATION process_{};
     HWND main_ = nullptr;

@@ -1,0 +1,19 @@
+// What the menu probe tells about one menu of another program. Shared by the probe, which is loaded into that program,
+// and the driver; both are of the same bitness.
+#pragma once
+
+#include <windows.h>
+
+struct MenuQuery {
+    static constexpr int kMostItems = 32;
+    static constexpr int kTextUnits = 64;
+    struct Item {
+        UINT id;     // 0 for a separator, UINT_MAX for a sub-menu
+        UINT state;  // MF_GRAYED, MF_SEPARATOR, ...
+        HMENU subMenu;
+        wchar_t text[kTextUnits];
+    };
+    HMENU menu;  // in
+    int count;   // out: -1 when there is no such menu
+    Item items[kMostItems];
+};
