@@ -17,10 +17,11 @@
 #include "ftp/session_state.h"
 #include "ftp/worker.h"
 #include "resources/resource.h"
-#include "transfer/progress_dialog.h"
 #include "ui/about_dialog.h"
 #include "ui/app.h"
 #include "ui/command_context.h"
+#include "ui/drops.h"
+#include "ui/file_commands.h"
 #include "ui/help.h"
 #include "ui/list_columns.h"
 #include "ui/list_edit.h"
@@ -123,18 +124,6 @@ void OnParentFolder(HWND, UINT) {
     if (node != nullptr && node->pTVparent != nullptr) SelectNode(node->pTVparent);
 }
 
-void EditFirstSelectedLabel() {
-    const int first = FirstSelected();
-    if (first < 0) return;
-    SetFocus(ListWindow());
-    ListView_EditLabel(ListWindow(), first);
-}
-
-void EditSelectedNodeLabel() {
-    SetFocus(TreeWindow());
-    TreeView_EditLabel(TreeWindow(), TreeView_GetSelection(TreeWindow()));
-}
-
 // Deletes what the focused pane has selected: entries on the server or the disk, or a site that is not connected.
 void OnDelete(HWND, UINT) {
     const CommandContext context = CurrentCommandContext();
@@ -149,24 +138,17 @@ void OnDeleteEntries(HWND, UINT) {
     delete_fx();
 }
 
-// Starts the naming of a new folder below the selected one.
 void OnNewFolder(HWND, UINT) {
-    const CommandContext context = CurrentCommandContext();
-    const bool isRemote = context.nodeKind == kKindSiteRoot || context.nodeKind == kKindFolder;
-    const bool isLocal = context.nodeKind == kKindLocalRoot || context.nodeKind == kKindLocalFolder;
-    if ((isRemote && context.siteConnected) || isLocal) newfolder_fx(SelectedNode());
+    Zarn_IdmNewFolder(CatalogueText(MSG_NEW_FOLDER_NAME).c_str());
 }
 
 void OnRename(HWND, UINT) {
-    if (gApp.focus == Pane::List) {
-        EditFirstSelectedLabel();
-    } else {
-        EditSelectedNodeLabel();
-    }
+    Zarn_IdmRename();
 }
 
 void OnRenameEntry(HWND, UINT) {
-    EditFirstSelectedLabel();
+    gApp.focus = Pane::List;
+    Zarn_IdmRename();
 }
 
 void OnLineUpIcons(HWND, UINT) {
@@ -186,25 +168,12 @@ void OnResolve(HWND, UINT) {
     LV_ResolveObject(FirstSelected());
 }
 
-void OnTransfersDone() {
-    ShowStatusText("");
-    RefreshWindowState();
+void OnPaste(HWND, UINT) {
+    PasteFiles();
 }
 
-// Receives the selection of the focused pane.
-void OnTransfer(HWND window, UINT) {
-    const CommandContext context = CurrentCommandContext();
-    if (context.focus == CommandContext::Focus::None) {
-        DbgVsprintf("Zarn_IdmTransferSelFiles", "ERROR. Neither the Tree or List was Selected. Returning");
-        return;
-    }
-    const bool fromList = context.focus == CommandContext::Focus::List;
-    if (fromList && context.selected == 0) return;
-    if (!context.siteConnected) return;
-    if (!fromList && context.nodeKind != kKindSiteRoot && context.nodeKind != kKindFolder) return;
-    SetPartOneSBText(MSG_TRANSFERING_FILES, nullptr);
-    const TransferStart start = fromList ? TransferStart::ListSelection : TransferStart::TreeSelection;
-    if (!OpenTransferDialog(window, start, OnTransfersDone)) ShowStatusText("");
+void OnTransfer(HWND, UINT) {
+    Zarn_IdmTransferSelFiles();
 }
 
 void OnSaveConfiguration(HWND, UINT) {
@@ -283,6 +252,7 @@ constexpr Command kCommands[] = {
     {IDM_LOGIN_SEND, "IDM_LOGIN_SEND", OnTracedOnly},
     {IDM_LV_CDPARENT, "IDM_LV_CDPARENT", OnParentFolder},
     {IDM_LV_DELETE, nullptr, OnDeleteEntries},
+    {IDM_LV_PASTE, "IDM_LV_PASTE", OnPaste},
     {IDM_LV_NEWFOLDER, nullptr, OnNewFolder},
     {IDM_NEWFOLDER, nullptr, OnNewFolder},
     {IDM_TV_NEWFOLDER, nullptr, OnNewFolder},

@@ -11,6 +11,7 @@
 #include "foundation/message_ids.h"
 #include "foundation/trace.h"
 #include "ftp/session_state.h"
+#include "transfer/drop_actions_window.h"
 #include "transfer/progress_dialog.h"
 #include "ui/app.h"
 #include "ui/command_context.h"
@@ -43,11 +44,18 @@ void OnDropDone() {
     RefreshWindowState();
 }
 
-bool StartDrop(Site* site, TransferStart start, Drop drop) {
-    gSession.activeSite = site;
+// `start` is called when all is in place for the transfer.
+template <class Start>
+bool StartDrop(Drop drop, Start&& start) {
+    if (CommandsRefused()) {
+        DoPrintIdArgs(MSG_BUSY_WITH_REMOTE_OPERATION);
+        return false;
+    }
     gDrop = std::move(drop);
-    SetPartOneSBText(MSG_TRANSFERING_FILES, nullptr);
-    if (OpenTransferDialog(gApp.mainWindow, start, OnDropDone)) return true;
+    if (start()) {
+        SetPartOneSBText(MSG_TRANSFERING_FILES, nullptr);
+        return true;
+    }
     OnDropDone();
     return false;
 }
@@ -86,16 +94,18 @@ void LV_AddTransferItem(LVobjectPtr entry) {
     LV_AddItem(std::move(entry));
 }
 
-std::vector<std::string> NamesIn(HDROP drop) {
-    std::vector<std::string> names;
-    const UINT count = DragQueryFileW(drop, 0xFFFFFFFFu, nullptr, 0);
-    for (UINT i = 0; i < count; ++i) {
-        std::wstring name(DragQueryFileW(drop, i, nullptr, 0), L'\0');
-        if (name.empty()) continue;
-        DragQueryFileW(drop, i, name.data(), static_cast<UINT>(name.size() + 1));
-        names.push_back(Narrow(name.c_str()));
-    }
-    return names;
+// Where files go that were not dropped on a node: the site and the folder that the list shows.
+Site* ShownSite(std::string& folder) {
+    const TVobject* listed = ListedFolder();
+    if (listed == nullptr || IsLocalNode(listed)) return SelectedSite();
+    folder = TV_GetPath(listed).c_str();
+    return TV_GetFtpSite(listed);
+}
+
+bool SendIntoShownFolder(Site*, std::vector<std::string> files) {
+    std::string folder;
+    Site* site = ShownSite(folder);
+    return SendInto(site, std::move(files), folder);
 }
 
 const TVobject* NodeUnderPointer() {
@@ -125,19 +135,17 @@ bool ReceiveInto(const std::string& localFolder) {
     }
     Drop drop;
     drop.target = localFolder;
-    return StartDrop(site, TransferStart::ListSelection, std::move(drop));
+    gSession.activeSite = site;
+    return StartDrop(std::move(drop),
+                     [] { return OpenTransferDialog(gApp.mainWindow, TransferStart::ListSelection, OnDropDone); });
 }
 
 bool SendInto(Site* site, std::vector<std::string> files, const std::string& remoteFolder) {
-    if (site == nullptr || site->bConnected == 0) {
-        TellNotConnected();
-        return false;
-    }
     if (files.empty()) return false;
     Drop drop;
     drop.files = std::move(files);
     drop.target = remoteFolder;
-    return StartDrop(site, TransferStart::DropFiles, std::move(drop));
+    return StartDrop(std::move(drop), [site] { return drop_files_fx(site, gApp.mainWindow, OnDropDone); });
 }
 
 DropPlace PlaceOf(const TVobject* node) {
@@ -163,7 +171,7 @@ bool DropOnNode(const TVobject* node, DropEffect effect, std::vector<std::string
 }
 
 void OnShellDrop(HDROP drop) {
-    std::vector<std::string> files = NamesIn(drop);
+    std::vector<std::string> files = FilesOfDrop(drop);
     DragFinish(drop);
     DbgVsprintf("OnShellDrop", "%d files", static_cast<int>(files.size()));
     if (files.empty() || CommandsRefused()) return;
@@ -174,10 +182,16 @@ void OnShellDrop(HDROP drop) {
         DropOnNode(node, effect, std::move(files));
         return;
     }
-    const TVobject* listed = ListedFolder();
-    const bool showsRemote = listed != nullptr && !IsLocalNode(listed);
-    Site* site = showsRemote ? TV_GetFtpSite(listed) : SelectedSite();
-    SendInto(site, std::move(files), showsRemote ? TV_GetPath(listed).c_str() : "");
+    SendIntoShownFolder(nullptr, std::move(files));
+}
+
+bool PasteFiles() {
+    std::string folder;
+    return paste_files_fx(ShownSite(folder), gApp.mainWindow, SendIntoShownFolder);
+}
+
+bool ClipboardHoldsFiles() {
+    return IsClipboardFormatAvailable(CF_HDROP) != 0;
 }
 
 void FillDropView(TransferView& view) {

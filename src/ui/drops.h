@@ -25,6 +25,9 @@ bool DropOnNode(const TVobject* node, DropEffect effect, std::vector<std::string
 DropPlace PlaceOf(const TVobject* node);
 // WM_DROPFILES of any of the windows: onto a folder of the tree when the files fell on one, else into the folder shown.
 void OnShellDrop(HDROP drop);
+// Sends the files on the clipboard into the folder shown. False when nothing started.
+bool PasteFiles();
+bool ClipboardHoldsFiles();
 void TellNotConnected();
 // The drop's part of the transfers' view.
 void FillDropView(TransferView& view);

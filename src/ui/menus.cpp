@@ -8,7 +8,9 @@
 #include "resources/resource.h"
 #include "ui/app.h"
 #include "ui/command_context.h"
+#include "ui/command_state.h"
 #include "ui/command_table.h"
+#include "ui/drops.h"
 #include "ui/list_pane.h"
 #include "ui/tree_edit.h"
 #include "ui/tree_pane.h"
@@ -150,6 +152,8 @@ unsigned ChooseInList(POINT position) {
     Enable(menu.get(), IDM_LV_RECEIVE, any && context.siteConnected);
     Enable(menu.get(), IDM_QUICKVIEW, any && context.anyFileSelected);
     Enable(menu.get(), IDM_PRINT, any && context.anyFileSelected);
+    Enable(menu.get(), IDM_LV_NEWFOLDER, ToolbarButtonEnabled(IDM_NEWFOLDER, context, false));
+    Enable(menu.get(), IDM_LV_PASTE, context.siteConnected && ClipboardHoldsFiles());
     Enable(menu.get(), IDM_LV_DELETE, any);
     Enable(menu.get(), IDM_LV_RENAME, context.selected == 1);
     Enable(menu.get(), IDM_PROPERTIES, any);
@@ -192,6 +196,7 @@ void TreeContextMenu(HWND window, POINT position, bool byKeyboard) {
         item = TreeView_GetSelection(TreeWindow());
         node = GetTVobjectByItem(item);
         RECT place{};
+        if (item != nullptr) TreeView_EnsureVisible(TreeWindow(), item);
         if (item != nullptr && TreeView_GetItemRect(TreeWindow(), item, &place, TRUE)) {
             position = {place.left, place.bottom};
             ClientToScreen(TreeWindow(), &position);
@@ -237,7 +242,10 @@ void ListContextMenu(HWND window, POINT position, bool byKeyboard) {
     if (byKeyboard) {
         RECT place{};
         const int first = FirstSelected();
-        if (first >= 0) ListView_GetItemRect(ListWindow(), first, &place, LVIR_LABEL);
+        if (first >= 0) {
+            ListView_EnsureVisible(ListWindow(), first, FALSE);
+            ListView_GetItemRect(ListWindow(), first, &place, LVIR_LABEL);
+        }
         position = {place.left, place.bottom};
         ClientToScreen(ListWindow(), &position);
     }
