@@ -2,6 +2,7 @@
 #include <string>
 
 #include "config/host_types.h"
+#include "config/initial_dirs.h"
 #include "foundation/catalogue.h"
 #include "foundation/foundation_view.h"
 #include "foundation/message_ids.h"
@@ -50,12 +51,20 @@ void ReportUnknownDirectory(Site* site) {
     ShowMessageBox(text.c_str(), nullptr, BoxButtons::Ok, BoxIcon::Exclamation);
 }
 
+// Remembered with the time of its use: the tree offers it from the next connection on.
+void RememberDirectory(Site* site) {
+    LoadInitDirectories(site);
+    SaveInitDirectories(site);
+}
+
 OwnedText FirstDirectory(Site* site) {
     if (site->pszDir.empty()) return GetRemoteDirectory(site);
     char reply[kReplySize] = {};
     int result = 0;
-    if (ChangeRemoteDirectory(site, site->pszDir.get(), reply, &result, false))
+    if (ChangeRemoteDirectory(site, site->pszDir.get(), reply, &result, false)) {
+        RememberDirectory(site);
         return OwnedText::Copy(site->pszDir.view());
+    }
     // After a time-out the answer is still to come: it would be taken for the next one.
     return StopRequested() ? OwnedText() : GetRemoteDirectory(site);
 }
