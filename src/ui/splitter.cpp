@@ -116,7 +116,12 @@ void TV_HandleSplitDrag(HWND window, POINT start) {
         DragBand band(window);
         band.MoveTo(position);
         MSG message{};
-        while (GetCapture() == window && GetMessageW(&message, nullptr, 0, 0) > 0) {
+        while (GetCapture() == window) {
+            if (GetMessageW(&message, nullptr, 0, 0) <= 0) {
+                PostQuitMessage(static_cast<int>(message.wParam));
+                cancelled = true;
+                break;
+            }
             if (message.message == WM_MOUSEMOVE) {
                 POINT point{};
                 GetCursorPos(&point);

@@ -161,6 +161,7 @@ bool CreateTreePane(HWND parent) {
         return false;
     }
     TreeView_SetUnicodeFormat(gTree, TRUE);
+    SendMessageW(gTree, TVM_SETEXTENDEDSTYLE, TVS_EX_DOUBLEBUFFER, TVS_EX_DOUBLEBUFFER);
     gControlProc =
         reinterpret_cast<WNDPROC>(SetWindowLongPtrW(gTree, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(TreeProc)));
     if (!InitTreeViewImageLists(gApp.dpi)) {

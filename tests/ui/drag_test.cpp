@@ -9,6 +9,7 @@ namespace {
 
 constexpr unsigned kResolve = 40045;
 constexpr unsigned kPaste = 40040;
+constexpr unsigned kLargeIcons = 40031;
 constexpr unsigned kShowConsole = 40066;
 constexpr unsigned kDetailsWindows = 40058;
 constexpr int kDragSteps = 6;
@@ -146,6 +147,33 @@ TEST_F(DragTest, RemoteFilesAreReceivedInTheLocalFolderTheyAreDroppedOn) {
     EXPECT_EQ(GetFileAttributesW(L"C:\\a.txt"), INVALID_FILE_ATTRIBUTES);
     EXPECT_EQ(LocalFileCount(), 0u);
     DeleteFileW(L"C:\\b.txt");
+}
+
+TEST_F(DragTest, AllSelectedEntriesAreCarried) {
+    for (const char* name : {"/a.txt", "/b.txt", "/c.txt"}) server_->AddFile(name, name);
+    CreateDirectoryW(L"C:\\all", nullptr);
+    StartConnected();
+    ASSERT_TRUE(WaitListed(L"c.txt"));
+    program_->Command(kLargeIcons);
+    program_->ExpandInTree(LocalComputer());
+    HTREEITEM drive = nullptr;
+    ASSERT_TRUE(program_->WaitFor([&] { return (drive = program_->FindInTree(LocalComputer(), L"C:\\")) != nullptr; }));
+    program_->SelectInList(program_->FindInList(L"a.txt"));
+    program_->SelectInList(program_->FindInList(L"c.txt"), true);
+    PickUp(L"c.txt");
+    CarryTo(OnNode(drive));
+    HTREEITEM folder = nullptr;
+    ASSERT_TRUE(program_->WaitFor([&] { return (folder = program_->FindInTree(drive, L"all")) != nullptr; }));
+    CarryTo(OnNode(folder));
+    ASSERT_TRUE(IsHighlighted(folder));
+    LetGo();
+    EXPECT_TRUE(program_->WaitFor([] { return GetFileAttributesW(L"C:\\all\\c.txt") != INVALID_FILE_ATTRIBUTES; }));
+    ASSERT_TRUE(program_->WaitIdle());
+    EXPECT_NE(GetFileAttributesW(L"C:\\all\\a.txt"), INVALID_FILE_ATTRIBUTES);
+    EXPECT_EQ(GetFileAttributesW(L"C:\\all\\b.txt"), INVALID_FILE_ATTRIBUTES);
+    EXPECT_EQ(program_->ListSelected(), 2);
+    for (const wchar_t* name : {L"C:\\all\\a.txt", L"C:\\all\\c.txt"}) DeleteFileW(name);
+    RemoveDirectoryW(L"C:\\all");
 }
 
 TEST_F(DragTest, EscapeCancels) {
@@ -435,6 +463,33 @@ TEST_F(ExplorerTest, F6GoesFromPaneToPaneAndToTheConsole) {
     program_->FocusPane(program_->Console());
     program_->PressKey(program_->Console(), VK_TAB);
     EXPECT_TRUE(program_->WaitFor([this] { return program_->Focus() == program_->Tree(); }));
+}
+
+TEST_F(ExplorerTest, ShiftF10OpensTheMenuAtTheSelectedEntry) {
+    server_->AddFile("/a.txt", "x");
+    server_->AddFile("/b.txt", "x");
+    StartConnected();
+    ASSERT_TRUE(WaitListed(L"b.txt"));
+    SelectEntries({L"b.txt"});
+    INPUT keys[4]{};
+    const WORD codes[4] = {VK_SHIFT, VK_F10, VK_F10, VK_SHIFT};
+    for (int i = 0; i < 4; ++i) {
+        keys[i].type = INPUT_KEYBOARD;
+        keys[i].ki.wVk = codes[i];
+        if (i >= 2) keys[i].ki.dwFlags = KEYEVENTF_KEYUP;
+    }
+    SendInput(4, keys, sizeof(INPUT));
+    HWND menu = nullptr;
+    ASSERT_TRUE(program_->WaitFor(
+        [&] { return (menu = FindWindowW(L"#32768", nullptr)) != nullptr && IsWindowVisible(menu); }));
+    RECT place{};
+    GetWindowRect(menu, &place);
+    const POINT entry = program_->ToScreen(program_->List(), program_->ListPlace(1));
+    EXPECT_LE(place.left, entry.x);
+    EXPECT_GE(place.top, entry.y - 4);
+    EXPECT_LT(place.top, entry.y + 30);
+    PostMessageW(program_->Main(), WM_CANCELMODE, 0, 0);
+    EXPECT_TRUE(program_->WaitFor([&] { return !IsWindow(menu) || !IsWindowVisible(menu); }));
 }
 
 TEST_F(ExplorerTest, ThePanesHaveNames) {
