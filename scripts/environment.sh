@@ -28,7 +28,7 @@ export WINEDLLOVERRIDES='mscoree=;mshtml=;winemenubuilder.exe='
 export TMPDIR=$ZARN_BUILD/tmp
 mkdir -p "$TMPDIR" "$ZARN_WINE"
 
-prefix_recipe=3 # one more whenever the recipe below changes
+prefix_recipe=4 # one more whenever the recipe below changes
 
 # Says what a prefix was made of; its place counts because prefixes point into the template.
 prefix_stamp() { printf '%s recipe %s in %s\n' "$(wine --version 2>/dev/null)" "$prefix_recipe" "$ZARN_WINE"; }
@@ -93,7 +93,8 @@ build_prefix_template() {
     write_registry "$template" '[HKEY_CURRENT_USER\Software\Wine\X11 Driver]' '"Managed"="N"' \
       '[HKEY_CURRENT_USER\Software\Wine\WineDbg]' '"ShowCrashDialog"=dword:00000000' \
       '[HKEY_LOCAL_MACHINE\Software\Microsoft\Windows NT\CurrentVersion\AeDebug]' '"Debugger"="false"' \
-      '[HKEY_CURRENT_USER\Software\Wine\Fonts\Replacements]' '"MS UI Gothic"="VL Gothic"' '"Segoe UI Symbol"="Liberation Sans"' || exit 1
+      '[HKEY_CURRENT_USER\Software\Wine\Fonts\Replacements]' '"MS UI Gothic"="VL Gothic"' \
+      '"SimSun"="VL Gothic"' '"Segoe UI Symbol"="Liberation Sans"' || exit 1
     end_prefix "$template"
     forget_socket "$template"
     # Desktop, Documents and the like are links into the user's real home folder.
