@@ -91,8 +91,9 @@ HFONT MakePaneFont() {
                        CLIP_DEFAULT_PRECIS, DEFAULT_QUALITY, DEFAULT_PITCH | FF_DONTCARE, L"MS Shell Dlg");
 }
 
+// Not before the window is shown: while it is made it is neither maximised nor where it will stand.
 void RememberPlacement(HWND window) {
-    if (gSession.exiting) return;
+    if (gSession.exiting || !IsWindowVisible(window)) return;
     gZarn.bMinimized = IsIconic(window) != 0;
     gZarn.bMaximized = IsZoomed(window) != 0;
     if (gZarn.bMinimized != 0 || gZarn.bMaximized != 0) return;
@@ -198,6 +199,12 @@ bool OnNotify(NMHDR* header, LRESULT& result) {
     return LV_NotifyHandler(header, result);
 }
 
+// The console is shown at the next start if it was shown at the end of this one.
+void NoteConsole() {
+    gZarn.VERBOSE = ConsoleWindow() != nullptr;
+    ChangeSBText();
+}
+
 // With the caret in the console neither pane has the focus: commands that act on a selection rest.
 void NoteConsoleFocus() {
     gApp.focus = Pane::None;
@@ -226,6 +233,16 @@ void OnDpiChanged(HWND window, UINT dpi, const RECT& suggested) {
                  suggested.bottom - suggested.top, SWP_NOZORDER | SWP_NOACTIVATE);
     // Also where the size stayed.
     Zarn_NewSize(window);
+}
+
+// A pane that becomes smaller keeps its selected node in sight, unless the user had scrolled away from it.
+bool SelectionIsInSight() {
+    const HTREEITEM selected = TreeView_GetSelection(TreeWindow());
+    RECT place{};
+    RECT pane{};
+    if (selected == nullptr || !TreeView_GetItemRect(TreeWindow(), selected, &place, TRUE)) return false;
+    GetClientRect(TreeWindow(), &pane);
+    return place.top >= pane.top && place.bottom <= pane.bottom;
 }
 
 std::atomic<bool> gRefreshPosted{false};
@@ -264,7 +281,7 @@ bool CreateAppWindows(HWND mainWindow) {
     gApp.dpi = DpiOfWindow(mainWindow);
     gApp.paneFont = MakePaneFont();
     SetConsoleFont(gApp.paneFont);
-    SetConsoleChanged(ChangeSBText);
+    SetConsoleChanged(NoteConsole);
     gApp.treeTitle = CreateTitleBar(mainWindow);
     gApp.listTitle = CreateTitleBar(mainWindow);
     if (!CreateTheToolbar(mainWindow) || !CreateTheStatusWindow(mainWindow)) return false;
@@ -290,6 +307,7 @@ void Zarn_OnSize(HWND window, int width, int height) {
     const int panesTop = top + bar;
     const int indent = Scaled(4);
 
+    const bool nodeInSight = SelectionIsInSight();
     HDWP move = BeginDeferWindowPos(5);
     const auto place = [&move](HWND pane, int left, int upper, int wide, int high, UINT flags = 0) {
         if (move != nullptr && pane != nullptr) {
@@ -304,6 +322,7 @@ void Zarn_OnSize(HWND window, int width, int height) {
     place(ListWindow(), listLeft, panesTop, width - listLeft, panesBottom - panesTop);
     place(reinterpret_cast<HWND>(ConsoleWindow()), 0, panesBottom, width, console);
     if (move != nullptr) EndDeferWindowPos(move);
+    if (nodeInSight) TreeView_EnsureVisible(TreeWindow(), TreeView_GetSelection(TreeWindow()));
     RememberPlacement(window);
 }
 
