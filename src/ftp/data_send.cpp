@@ -2,6 +2,7 @@
 #include <array>
 #include <cstring>
 #include <string>
+#include <string_view>
 
 #include "config/settings.h"
 #include "foundation/catalogue.h"
@@ -117,6 +118,19 @@ bool FinishSending(Site* site, ReplyBuffer reply, const CopyOutcome& outcome) {
     return result == FTP_COMPLETE;
 }
 
+// The name that the server chose, which its answer to STOU tells (RFC 1123, section 4.1.2.9); empty when it does not.
+std::string UniqueName(std::string_view answer) {
+    constexpr std::string_view kMark = "file: ";
+    const std::size_t mark = AsciiLower(answer).find(kMark);
+    if (mark == std::string::npos) return {};
+    std::string_view path = answer.substr(mark + kMark.size());
+    // The lines of a long answer stand side by side; the next one begins with the code.
+    if (answer[3] == '-') path = path.substr(0, path.find(std::string(answer.substr(0, 3)) + ' '));
+    std::string name(path.substr(path.find_last_of('/') + 1));
+    StripTrailing(name, "\r\n ");
+    return name;
+}
+
 bool SendFileOnConnection(Site* site, TransferNode& node, ReplyBuffer reply, char type, const std::atomic<bool>& abort,
                           platform::FileHandle file, std::uint64_t size, SendFailure& failure) {
     constexpr char kFuncName[] = "DlgSendFile";
@@ -137,6 +151,7 @@ bool SendFileOnConnection(Site* site, TransferNode& node, ReplyBuffer reply, cha
         node.iRetCode = opened;
         return false;
     }
+    if (gZarn.SENDUNIQUE != 0) node.pszStoredName = OwnedText::Copy(UniqueName(reply.data()));
     const CopyOutcome outcome = SendOpenFile(site, file, size);
     failure.localError = outcome.localError;
     const bool sent = FinishSending(site, reply, outcome);

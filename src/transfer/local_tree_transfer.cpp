@@ -59,7 +59,8 @@ bool Map(TransferNode& node, const char* localStart, const char* remoteStart) {
 // The new item as the list shows it until the folder is listed again.
 LVobjectPtr MakeEntry(const TransferNode& node) {
     const bool isFolder = (node.NodeType & kNodeFolder) != 0;
-    const OwnedText& name = node.pszRemoteName.empty() ? node.pszLocalName : node.pszRemoteName;
+    const OwnedText& sent = node.pszRemoteName.empty() ? node.pszLocalName : node.pszRemoteName;
+    const OwnedText& name = node.pszStoredName.empty() ? sent : node.pszStoredName;
     LVobjectTemplate filling;
     filling.name = name.c_str();
     filling.mode = isFolder ? "d---------" : "----------";

@@ -20,13 +20,13 @@
 #include "transfer/destinations.h"
 #include "transfer/disk_space.h"
 #include "transfer/get_put.h"
+#include "transfer/item_steps.h"
 #include "transfer/transfer_errors.h"
 #include "transfer/transfer_progress.h"
 
 namespace {
 
 constexpr char kName[] = "TransferRemoteTree";
-constexpr int kRemoteFolderOption = 5;
 
 // A local file that goes with the object.
 class TemporaryListing {
@@ -89,6 +89,10 @@ bool ListFolder(Site* site, const std::string& path, const char* file, std::atom
         char reply[kReplySize] = "";
         const int result = ListContentsByName(site, path.c_str(), file, reply, abort);
         if (result == FTP_COMPLETE) return true;
+        if (StoppedByTimeOut()) {
+            if (TellTimeOut(site, path.c_str(), abort) == BoxAnswer::Retry) continue;
+            return false;
+        }
         if (!abort && EndLostConnection(kName, site, result, reply)) abort = true;
         if (abort || site->pszCurrentDir.view() == path) return false;
         const BoxAnswer answer = TransferDlgError(path.c_str(), kRemoteFolderOption, 0, reply);

@@ -162,6 +162,25 @@ TEST_P(UploadTree, WhatWasSentComesBackTheSame) {
     EXPECT_EQ(fresh.Read("back/empty.bin"), "");
 }
 
+TEST_P(UploadTree, ListShowsTheNamesThatTheServerChose) {
+    gZarn.SENDUNIQUE = 1;
+    local.Write("unique.txt", "one");
+    EXPECT_EQ(Drop({"unique.txt"}), 1);
+    EXPECT_EQ(Drop({"unique.txt"}), 1);
+    Names listed;
+    for (const LVobjectPtr& entry : transfer.listed) listed.emplace_back(entry->name.c_str());
+    std::sort(listed.begin(), listed.end());
+    Names fresh;
+    const Names now = NamesOnDisk(kUploads);
+    std::set_difference(now.begin(), now.end(), before.begin(), before.end(), std::back_inserter(fresh));
+    EXPECT_EQ(listed, fresh);
+    EXPECT_EQ(fresh.size(), 2u);
+    Run("remove", [&] {
+        char reply[kReplySize] = "";
+        for (const std::string& name : fresh) DoDELE(site, OnServer(name).c_str(), reply);
+    });
+}
+
 TEST_P(UploadTree, ReceivedFileBearsTheListedTime) {
     ASSERT_EQ(Open("/docs"), FTP_COMPLETE);
     ASSERT_NE(Listed("notes.txt"), nullptr);

@@ -85,6 +85,22 @@ TEST_F(DropTransfer, OnlyWhatLandsInTheShownFolderJoinsTheList) {
     EXPECT_NE(0u, view.listed[1]->time);
 }
 
+TEST_F(DropTransfer, ListShowsTheNameThatTheServerChose) {
+    gZarn.SENDUNIQUE = 1;
+    local.Write("a.txt", "aaa");
+    Drop({"a.txt"});
+    Drop({"a.txt"});
+    EXPECT_EQ((Names{"a.txt", "a.txt.1"}), ListedNames());
+    EXPECT_EQ("aaa", Stored("a.txt.1"));
+    harness.server.Once("STOU", {Say("150-FILE: up.7.0001\r\n150 Connecting to port 4711\r\n"), OpenData(), ReadData(),
+                                 CloseData(), Say("226 ok\r\n")});
+    Drop({"a.txt"});
+    EXPECT_EQ("up.7.0001", ListedNames().back());
+    harness.server.On("STOU", {Say("150 Ok to send.\r\n"), OpenData(), ReadData(), CloseData(), Say("226 ok\r\n")});
+    Drop({"a.txt"});
+    EXPECT_EQ("a.txt", ListedNames().back());
+}
+
 TEST_F(DropTransfer, BothSidesAreBackWhereTheyStood) {
     local.Write("dir/deep/a.txt", "aaa");
     Drop({"dir"});

@@ -4,6 +4,7 @@
 #include "support/bounded_wait.h"
 #include "transfer/get_put.h"
 #include "transfer/transfer_fixture.h"
+#include "transfer/tree_transfer.h"
 
 namespace {
 
@@ -104,6 +105,17 @@ TEST_F(TransferTimeOut, MissingLastWordOfAnUploadIsATimeOutAndEndsTheConnection)
     EXPECT_TRUE(gSession.transferAbort);
     EXPECT_FALSE(ignored);
     EXPECT_FALSE(HasControlSocket(site));
+}
+
+TEST_F(TransferTimeOut, ListingOfATreeThatStandsStillIsToldAndTriedAgain) {
+    harness.server.AddFile("/pub/dir/b.txt", "bbb");
+    harness.server.Once("LIST", {Say("150 ok\r\n"), OpenData(), WaitDataClosed(), Say("426 gone\r\n")});
+    harness.console.AnswerNext(BoxAnswer::Retry);
+    node = NodeFor("/pub", "dir", kNodeFolder);
+    const TimeOutTimer timer;
+    EXPECT_TRUE(TransferRemoteTree(&node, local.Path().c_str(), "/pub", gSession.transferAbort));
+    EXPECT_TRUE(TellsTimeOut("/pub/dir"));
+    EXPECT_EQ("bbb", local.Read("dir/b.txt"));
 }
 
 TEST_F(TransferTimeOut, AbortByTheUserIsNoTimeOut) {

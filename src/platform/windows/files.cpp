@@ -48,10 +48,30 @@ std::uint64_t Join(DWORD high, DWORD low) {
     return (static_cast<std::uint64_t>(high) << 32) | low;
 }
 
+FILETIME Split(std::uint64_t ticks) {
+    return {static_cast<DWORD>(ticks), static_cast<DWORD>(ticks >> 32)};
+}
+
+// The zone's rules of the day itself count, as in what the shell shows, not those of today.
+using ZoneConversion = BOOL(WINAPI*)(const TIME_ZONE_INFORMATION*, const SYSTEMTIME*, SYSTEMTIME*);
+bool ConvertZone(ZoneConversion convert, std::uint64_t from, std::uint64_t& to) {
+    constexpr std::uint64_t kTicksOfMillisecond = 10'000;  // calendar times have no finer parts
+    const FILETIME source = Split(from);
+    SYSTEMTIME sourceFields = {};
+    SYSTEMTIME fields = {};
+    FILETIME result = {};
+    if (!::FileTimeToSystemTime(&source, &sourceFields) || !convert(nullptr, &sourceFields, &fields) ||
+        !::SystemTimeToFileTime(&fields, &result)) {
+        return false;
+    }
+    to = Join(result.dwHighDateTime, result.dwLowDateTime) + from % kTicksOfMillisecond;
+    return true;
+}
+
 std::uint64_t LocalTimeOf(const FILETIME& universal) {
-    FILETIME local = {};
-    if (!::FileTimeToLocalFileTime(&universal, &local)) return 0;
-    return Join(local.dwHighDateTime, local.dwLowDateTime);
+    std::uint64_t local = 0;
+    const std::uint64_t ticks = Join(universal.dwHighDateTime, universal.dwLowDateTime);
+    return ConvertZone(::SystemTimeToTzSpecificLocalTime, ticks, local) ? local : 0;
 }
 
 void SetAttributes(FileInfo& info, DWORD attributes) {
@@ -142,9 +162,9 @@ bool GetFileSize(FileHandle file, std::uint64_t& size) {
 }
 
 bool SetFileWriteTime(FileHandle file, std::uint64_t localTime) {
-    const FILETIME local = {static_cast<DWORD>(localTime), static_cast<DWORD>(localTime >> 32)};
-    FILETIME universal = {};
-    if (!::LocalFileTimeToFileTime(&local, &universal)) return false;
+    std::uint64_t ticks = 0;
+    if (!ConvertZone(::TzSpecificLocalTimeToSystemTime, localTime, ticks)) return false;
+    const FILETIME universal = Split(ticks);
     return ::SetFileTime(AsHandle(file), nullptr, nullptr, &universal) != 0;
 }
 
