@@ -204,7 +204,8 @@ bool ChangeTo(const char* caller, Site* site, const OwnedText& path) {
     char reply[kReplySize] = "";
     int result = 0;
     if (ChangeRemoteDirectory(site, path.c_str(), reply, &result, true)) return true;
-    if (result == FTP_CLOSE || result == SOCKET_ERROR) {
+    // A connection that is closed already was told and is being disconnected.
+    if ((result == FTP_CLOSE || result == SOCKET_ERROR) && HasControlSocket(site)) {
         DbgVsprintf(caller, "ERROR. Can't Send to FTP Server. Closing Connection");
         if (gSessionView.postDisconnect != nullptr) gSessionView.postDisconnect(site);
     }

@@ -77,6 +77,7 @@ class FaultRun {
                     "returned " + std::to_string(result) + ", not " + Text(expected));
         if (operation_.tellsUser && result != FTP_COMPLETE) cell_.Check(UserWasTold(s_), "nobody was told");
         cell_.Check(CountBoxes(s_, "has aborted your connection") <= 1, "the lost connection was told twice");
+        cell_.Check(s_.h.view.PostedDisconnects() <= 1, "two disconnects are posted");
         if (way_ == Way::Stall)
             cell_.Check(s_.h.console.HasLine("Timer cancelled a blocking call"), "no word of the time-out");
         const SocketRecord& record = *s_.site->pSock;

@@ -228,6 +228,10 @@ Results ExpectedResults(const Operation& operation, std::size_t index, Way way) 
     }
     if (lost && step.tolerates != Tolerates::Nothing && step.loss == Step::Loss::GoesOn)
         return AfterLoss(operation, index + 1);
+    // A data connection that is over at once may be gone before it is accepted.
+    if (way == Way::Reset && step.part == Part::Copying)
+        return {operation.resultOf(step, SOCKET_ERROR, true),
+                operation.resultOf(operation.steps[index - 1], SOCKET_ERROR, true)};
     if (lost || !Tolerated(step, way)) return {operation.resultOf(step, RawResult(step.part, way), lost)};
     if (way != Way::ClosingDown) return {FTP_COMPLETE};
     if (step.loss == Step::Loss::EndsLater) return {operation.resultOf(step, SOCKET_ERROR, true)};

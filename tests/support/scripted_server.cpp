@@ -21,6 +21,7 @@ void ScriptedServer::State::AcceptConnections(void* argument) {
         State* state;
         ServerConnection* connection;
     };
+    SpareThisThreadFromFaults();
     auto* state = static_cast<State*>(argument);
     while (!state->stopping) {
         if (platform::WaitReadable(state->listener, kSliceMilliseconds) != 1) {

@@ -2,6 +2,9 @@
 #include <array>
 #include <charconv>
 
+#ifndef _WIN32
+#include "host/fault_injection.h"
+#endif
 #include "support/bound_connect.h"
 #include "support/server_state.h"
 
@@ -151,7 +154,14 @@ bool ScriptedServer::State::NextLine(ServerConnection& connection, std::string& 
     }
 }
 
+void SpareThisThreadFromFaults() {
+#ifndef _WIN32
+    fault_injection::SpareThisThread();
+#endif
+}
+
 void ScriptedServer::State::Serve(ServerConnection& connection) {
+    SpareThisThreadFromFaults();
     std::string line;
     bool open = RunScript(connection, TakeScript(kWelcome), kWelcome, "");
     while (open && NextLine(connection, line)) open = RunCommand(connection, line);

@@ -35,6 +35,9 @@ struct ServerConnection {
 // The peer has closed it, or it is broken.
 bool IsClosed(platform::Socket socket);
 
+// Faults that a test makes strike the program, not its server.
+void SpareThisThreadFromFaults();
+
 struct ScriptedServer::State {
     platform::Socket listener = platform::kNoSocket;
     std::uint16_t port = 0;
