@@ -2,6 +2,7 @@
 
 #include <psapi.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
@@ -17,6 +18,8 @@ constexpr char kServerLog[] = "server.log";
 constexpr DWORD kLongestListing = 120000;  // milliseconds
 
 constexpr unsigned kConnect = 40021, kSelectAll = 40060, kSortByName = 40074, kSortBySize = 40076;
+// Large icons, small icons, list, details.
+constexpr unsigned kViews[] = {40031, 40069, 40033, 40058};
 
 bool Failed(const char* what) {
     std::fprintf(stderr, "failed: %s\n", what);
@@ -131,6 +134,7 @@ bool ListingSession::TimeCommands(int entries, CommandTimes& times) {
     if (program_.ListText(0) != kFirstName || program_.ListText(entries - 1) != kLastName) {
         return Failed("see the order of names again");
     }
+    for (unsigned view : kViews) times.changeView = std::max(times.changeView, TimedCommand(view));
     times.selectAll = TimedCommand(kSelectAll);
     if (program_.ListSelected() != entries) return Failed("select all");
 
