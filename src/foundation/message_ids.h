@@ -76,7 +76,6 @@ constexpr unsigned MSG_LOG_FILE_FAILED = 6119;
 constexpr unsigned MSG_TEMPORARY_FILE_STAYS = 6120;
 constexpr unsigned MSG_NOT_SENT = 6140;
 constexpr unsigned MSG_LOCAL_LINK_SKIPPED = 6141;
-constexpr unsigned MSG_OUTSIDE_LOCAL_START = 6142;
 
 // Host types are their own names' ids; 7005 is the local computer and has no text. Names: config/host_types.h.
 constexpr unsigned MSG_FIRST_HOST_TYPE = 7000;
@@ -279,6 +278,7 @@ constexpr unsigned MSG_RECEIVE_REMOTE_FILE = 7381;
 constexpr unsigned MSG_ENTER_LOCAL_NAME = 7382;
 constexpr unsigned MSG_BOX_FILE_NOT_SENT_WHOLE = 7383;
 constexpr unsigned MSG_BOX_TRANSFER_TIMED_OUT = 7384;
+constexpr unsigned MSG_BOX_OUTSIDE_LOCAL_START = 7385;
 
 // Ranges: socket errors 8000 to 8049 by table position; the explanation of a reply is the base plus its code.
 constexpr unsigned MSG_SOCKET_ERROR_FIRST = 8000;

@@ -18,12 +18,12 @@ namespace {
 
 constexpr std::size_t kLongestAnswer = 519;
 
+}  // namespace
+
 BoxAnswer ShowTransferBox(const OwnedText& text, BoxButtons buttons) {
     const OwnedText caption = Zarn_ResString(MSG_TRANSFER_ERROR_CAPTION);
     return ShowMessageBox(text.c_str(), caption.get(), buttons, BoxIcon::Exclamation);
 }
-
-}  // namespace
 
 bool FailItem(TransferNode* node, int code) {
     if (node != nullptr) node->iRetCode = code;

@@ -27,6 +27,8 @@ inline constexpr int kReservedOption = 10;
 
 // Notes the code, empties the bar. Always false.
 bool FailItem(TransferNode* node, int code);
+// A box under the caption that all errors of a transfer have.
+BoxAnswer ShowTransferBox(const OwnedText& text, BoxButtons buttons);
 const char* SiteName(const Site* site);
 // True when the user wants another try; Abort ends the whole transfer.
 bool WantsRetry(BoxAnswer answer, std::atomic<bool>& abort);

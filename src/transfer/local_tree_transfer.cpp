@@ -51,8 +51,10 @@ std::string PathInside(const char* folder, const std::string& name) {
 bool Map(TransferNode& node, const char* localStart, const char* remoteStart) {
     if (Zarn_GetDestination(localStart, remoteStart, node, true)) return true;
     ++gTransfer.counters.failures;
-    DoPrintIdArgs(MSG_OUTSIDE_LOCAL_START, ShownName(PathInside(node.pszLocation.c_str(), node.pszLocalName.c_str())),
-                  ShownName(localStart));
+    const OwnedText text = Zarn_ResVsprintf(MSG_BOX_OUTSIDE_LOCAL_START,
+                                            ShownName(PathInside(node.pszLocation.c_str(), node.pszLocalName.c_str())),
+                                            ShownName(localStart));
+    ShowTransferBox(text, BoxButtons::Ok);
     return false;
 }
 
@@ -88,9 +90,7 @@ enum class Choice { GoOn, Stop };
 Choice TellUnreadableFolder(const char* path, std::uint32_t error, bool& retry) {
     const OwnedText text =
         Zarn_ResVsprintf(MSG_BOX_CANNOT_LIST_LOCAL_FOLDER, ShownName(path), platform::SystemErrorText(error));
-    const OwnedText caption = Zarn_ResString(MSG_TRANSFER_ERROR_CAPTION);
-    const BoxAnswer answer =
-        ShowMessageBox(text.c_str(), caption.get(), BoxButtons::AbortRetryIgnore, BoxIcon::Exclamation);
+    const BoxAnswer answer = ShowTransferBox(text, BoxButtons::AbortRetryIgnore);
     retry = answer == BoxAnswer::Retry;
     if (!retry) ++gTransfer.counters.failures;
     return answer == BoxAnswer::Ignore ? Choice::GoOn : Choice::Stop;

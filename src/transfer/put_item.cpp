@@ -38,8 +38,7 @@ bool CanBeSent(std::string_view name) {
 
 bool RefuseName(TransferNode& node) {
     const OwnedText text = Zarn_ResVsprintf(MSG_BOX_UNSENDABLE_NAME, ShownName(NameToSend(node)));
-    const OwnedText caption = Zarn_ResString(MSG_TRANSFER_ERROR_CAPTION);
-    ShowMessageBox(text.c_str(), caption.get(), BoxButtons::Ok, BoxIcon::Exclamation);
+    ShowTransferBox(text, BoxButtons::Ok);
     node.iRetCode = FTP_ERROR;
     return false;
 }

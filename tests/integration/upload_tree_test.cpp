@@ -2,6 +2,7 @@
 
 #include "config/mode_map_store.h"
 #include "config/settings.h"
+#include "foundation/trace.h"
 #include "ftp/remote_commands.h"
 #include "ftp/session_state.h"
 #include "integration/real_server.h"
@@ -160,6 +161,35 @@ TEST_P(UploadTree, WhatWasSentComesBackTheSame) {
     EXPECT_EQ(ReceiveSelection(), 4);
     EXPECT_TRUE(fresh.Read("back/deeper/data.bin") == bytes);
     EXPECT_EQ(fresh.Read("back/empty.bin"), "");
+}
+
+// The servers' own folder of links serves as a local one. Under Wine a link without a target is a file that cannot be
+// opened; natively it is nothing.
+TEST_P(UploadTree, LinkedFilesAreSentAndLinkedFoldersPassedOver) {
+    gTrace.verbose = true;  // passed over: a line on the console
+    transfer.dropped = {DiskPath("/pub/links")};
+    for (int i = 0; i < 10; ++i) console.AnswerNext(BoxAnswer::Ignore);
+    Run("Zarn_TransferDropFiles", [] { Zarn_TransferDropFiles(gSession.transferAbort); });
+    int files = 0;
+    int folders = 0;
+    for (const DiskEntry* entry : DiskFolder("/pub/links")) {
+        const std::string sent = OnServer("links/" + entry->Name());
+        EXPECT_FALSE(IsFolderOnDisk(sent)) << sent;
+        if (IsFolderOnDisk(entry->path)) ++folders;
+        if (!IsFileOnDisk(entry->path)) continue;
+        ++files;
+        EXPECT_TRUE(DiskBytes(sent) == DiskBytes(entry->path)) << sent << " differs";
+    }
+    EXPECT_GT(files, 0);
+    EXPECT_GT(folders, 0);
+    EXPECT_EQ(console.CountLines("leads to another folder and is not sent."), folders);
+    Run("remove", [&] {
+        char reply[kReplySize] = "";
+        for (const std::string& name : NamesOnDisk(OnServer("links"))) {
+            DoDELE(site, OnServer("links/" + name).c_str(), reply);
+        }
+        DoRMD(site, OnServer("links").c_str(), reply);
+    });
 }
 
 TEST_P(UploadTree, ListShowsTheNamesThatTheServerChose) {
