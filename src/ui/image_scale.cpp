@@ -10,6 +10,10 @@ namespace {
 constexpr std::array<int, 3> kColours = {16, 8, 0};  // shifts of red, green, blue
 constexpr int kAlpha = 24;
 
+std::size_t Index(int row, int side) {
+    return static_cast<std::size_t>(row) * static_cast<std::size_t>(side);
+}
+
 double Channel(std::uint32_t pixel, int shift) {
     return static_cast<double>(pixel >> shift & 0xFF);
 }
@@ -40,7 +44,7 @@ std::uint32_t Blended(const Pixels& pixels, int side, const Span& columns, const
     std::array<double, 3> colours{};
     for (int y = std::max(0, static_cast<int>(std::floor(rows.begin))); y < side && y < rows.end; ++y) {
         for (int x = std::max(0, static_cast<int>(std::floor(columns.begin))); x < side && x < columns.end; ++x) {
-            const std::uint32_t pixel = pixels[static_cast<std::size_t>(y * side + x)];
+            const std::uint32_t pixel = pixels[Index(y, side) + Index(x, 1)];
             const double share = Share(columns, x) * Share(rows, y);
             weight += share;
             alpha += share * Channel(pixel, kAlpha);
@@ -58,9 +62,9 @@ std::uint32_t Blended(const Pixels& pixels, int side, const Span& columns, const
 }  // namespace
 
 Pixels ScaledSquare(const Pixels& pixels, int from, int to) {
-    if (from <= 0 || to <= 0 || pixels.size() != static_cast<std::size_t>(from * from)) return {};
+    if (from <= 0 || to <= 0 || pixels.size() != Index(from, from)) return {};
     Pixels scaled;
-    scaled.reserve(static_cast<std::size_t>(to * to));
+    scaled.reserve(Index(to, to));
     const double step = static_cast<double>(from) / to;
     for (int y = 0; y < to; ++y) {
         for (int x = 0; x < to; ++x) scaled.push_back(Blended(pixels, from, Covered(x, step), Covered(y, step)));

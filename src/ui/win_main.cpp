@@ -168,6 +168,8 @@ int RunProgram(const std::string& commandLine, int show) {
 
 int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, PWSTR commandLine, int show) {
     gApp.instance = instance;
+    // A drive without a disk is told in the program's own words, not asked for by the system.
+    SetErrorMode(SEM_FAILCRITICALERRORS);
     OpenLogMutex();
     gApp.buttonMutex = CreateMutexW(nullptr, FALSE, L"BtnStateMutex");
     const int exitCode = RunProgram(Narrow(commandLine), show);
