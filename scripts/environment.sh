@@ -8,7 +8,8 @@
 #   ensure_prefix DIR [managed]   the same, but keeps a prefix that is still good
 #   remove_prefix DIR             ends it and removes it
 #   end_prefix DIR                ends every program of that prefix and waits until its registry is on disk
-#   start_xvfb / stop_xvfb        an X server on a free display: exports DISPLAY and ZARN_WINE_DISPLAY
+#   start_xvfb / stop_xvfb        an X server on a free display: exports DISPLAY and ZARN_WINE_DISPLAY; ZARN_SCREEN is
+#                                 its size (1280x900)
 #   with_xvfb COMMAND [ARG...]    runs the command with such a server; its exit status
 #
 # A prefix shares C:\windows with the template: a program that writes there needs `cp -a` of the template instead.
@@ -148,7 +149,7 @@ ensure_prefix() {
 start_xvfb() {
   local output number=
   exec {output}< <(
-    exec Xvfb -displayfd 1 -screen 0 1280x900x24 -nolisten tcp -noreset 2>"$ZARN_BUILD/xvfb.log" </dev/null
+    exec Xvfb -displayfd 1 -screen 0 "${ZARN_SCREEN:-1280x900}x24" -nolisten tcp -noreset 2>"$ZARN_BUILD/xvfb.log" </dev/null
   )
   xvfb_pid=$!
   read -r -t 30 -u "$output" number || true

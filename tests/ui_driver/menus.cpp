@@ -93,7 +93,7 @@ MenuItems Menus::Read(HMENU menu) const {
         const MenuQuery::Item& item = query->items[i];
         std::wstring text = item.text;
         items.push_back({item.id, text.substr(0, text.find(L'\t')), (item.state & (MF_GRAYED | MF_DISABLED)) == 0,
-                         (item.state & MF_SEPARATOR) != 0, item.subMenu});
+                         (item.state & MF_SEPARATOR) != 0, (item.state & MF_HILITE) != 0, item.subMenu});
     }
     return items;
 }
@@ -144,6 +144,14 @@ MenuItems Menus::OpenByKey(HWND pane) {
     PostMessageW(program_.Main(), WM_CONTEXTMENU, reinterpret_cast<WPARAM>(pane), MAKELPARAM(-1, -1));
     if (!program_.WaitFor([this] { return Shown() != nullptr; }, kNoMenuWait)) return {};
     return ReadShown();
+}
+
+bool Menus::HighlightFirst() const {
+    program_.PressKey(program_.Main(), VK_DOWN);
+    return program_.WaitFor([this] {
+        const MenuItems items = ReadShown();
+        return !items.empty() && items.front().highlighted;
+    });
 }
 
 bool Menus::Choose(const MenuItems& items, unsigned id) const {

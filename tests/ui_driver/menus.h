@@ -13,6 +13,7 @@ struct MenuItem {
     std::wstring text;
     bool enabled = false;
     bool separator = false;
+    bool highlighted = false;
     HMENU subMenu = nullptr;
 };
 using MenuItems = std::vector<MenuItem>;
@@ -38,6 +39,8 @@ class Menus {
     // As after the menu key, for the pane with the focus.
     MenuItems OpenByKey(HWND pane);
     bool IsOpen() const { return Shown() != nullptr; }
+    // Moves the highlight of the menu that is open to its first item; true when it stands there.
+    bool HighlightFirst() const;
     // Chooses an item of the menu that is open with the arrow keys and Enter.
     bool Choose(const MenuItems& items, unsigned id) const;
     bool Close() const;

@@ -1,5 +1,6 @@
 #include "ui_driver/program.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <iterator>
 
@@ -243,8 +244,32 @@ bool Program::WaitIdle(DWORD milliseconds) const {
         milliseconds);
 }
 
+namespace {
+
+constexpr DWORD kScreenshotWait = 10000;  // milliseconds
+
+// A PNG file ends with the chunk "IEND", four bytes of checksum behind its name.
+bool IsWholePng(const std::string& path) {
+    constexpr LONG kEnd = 8;
+    HANDLE file = CreateFileA(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                              nullptr, OPEN_EXISTING, 0, nullptr);
+    if (file == INVALID_HANDLE_VALUE) return false;
+    char end[kEnd] = "";
+    DWORD count = 0;
+    const bool read = SetFilePointer(file, -kEnd, nullptr, FILE_END) != INVALID_SET_FILE_POINTER &&
+                      ReadFile(file, end, kEnd, &count, nullptr) && count == kEnd;
+    CloseHandle(file);
+    return read && std::string_view(end, 4) == "IEND";
+}
+
+}  // namespace
+
+// A process of the host cannot be waited for, so the file is: what is to be seen must stay until it is whole.
 bool TakeScreenshot(const std::string& unixPath) {
-    std::string commandLine = "import -silent -window root " + unixPath;
+    std::string path = "Z:" + unixPath;
+    std::replace(path.begin(), path.end(), '/', '\\');
+    DeleteFileA(path.c_str());
+    std::string commandLine = "import -silent -screen -window root " + unixPath;
     STARTUPINFOA startup{};
     startup.cb = sizeof(startup);
     PROCESS_INFORMATION process{};
@@ -252,8 +277,12 @@ bool TakeScreenshot(const std::string& unixPath) {
                         &startup, &process)) {
         return false;
     }
-    WaitForSingleObject(process.hProcess, 10000);
     CloseHandle(process.hThread);
     CloseHandle(process.hProcess);
+    const DWORD start = GetTickCount();
+    while (!IsWholePng(path)) {
+        if (GetTickCount() - start > kScreenshotWait) return false;
+        Sleep(10);
+    }
     return true;
 }

@@ -1,10 +1,15 @@
 // Performs the main job on the real program as a user would, one printed line per step, a picture where there is
 // something to see. Ends with 0 only if every step held. Started by ./run, which also starts the demo server.
+//
+//   walk          the main job, and the window from every side
+//   walk DPI      a short walk on a screen of that resolution
 #include <cstdio>
 #include <cstdlib>
 #include <string>
 #include <vector>
 
+#include "resources/resource.h"
+#include "ui_driver/menus.h"
 #include "ui_driver/program.h"
 
 namespace {
@@ -48,6 +53,7 @@ bool SameAsServers(const std::wstring& name, const std::wstring& folder, std::si
 class Walk {
   public:
     int Run();
+    int RunAtResolution(int dpi);
 
   private:
     bool Step(const char* what, bool held, const std::string& seen);
@@ -58,6 +64,11 @@ class Walk {
     bool ReceiveOne(const std::wstring& name, const std::wstring& folder);
     bool ReceiveAll(const char* what, const std::wstring& folder, const char* picture);
     bool WaitForProgress();
+    bool ShowViews();
+    bool ShowView(const char* what, unsigned command, DWORD bits, int columns);
+    bool ShowContextMenu();
+    bool ToggleConsole();
+    bool CheckResolution(int dpi);
     bool Disconnect();
     bool Exit();
     bool CheckReceived(const std::wstring& name, const std::wstring& folder, std::string& seen);
@@ -78,7 +89,7 @@ void Walk::Picture(const char* name) {
     if (folder == nullptr) return;
     char path[512];
     std::snprintf(path, sizeof(path), "%s/%02d-%s.png", folder, ++number_, name);
-    TakeScreenshot(path);
+    if (!TakeScreenshot(path)) Step("picture", false, path);
 }
 
 bool Walk::StartProgram() {
@@ -86,16 +97,18 @@ bool Walk::StartProgram() {
     program_.WaitFor([this] { return program_.FindInTree(nullptr, L"Demo server") != nullptr; });
     place_ = program_.FindInTree(nullptr, L"Demo server");
     program_.SelectInTree(place_);
-    program_.Command(40066);  // the console
-    const bool console = program_.WaitFor([this] { return program_.Console() != nullptr; });
+    program_.Command(IDM_SHOWCONSOLE);  // the console
+    const bool console = program_.WaitFor([this] {
+        return program_.Console() != nullptr && IsWindowVisible(program_.Console());
+    }) && program_.WaitIdle();
     Picture("start");
     return Step("start", place_ != nullptr && console,
                 "window \"" + Utf8(program_.Title()) + "\", tree shows \"" + Utf8(program_.TreeText(place_)) + "\"");
 }
 
 bool Walk::Connect() {
-    program_.WaitFor([this] { return program_.ToolbarEnabled(40021); });
-    program_.Command(40021);
+    program_.WaitFor([this] { return program_.ToolbarEnabled(IDM_CONNECT); });
+    program_.Command(IDM_CONNECT);
     const bool listed =
         program_.WaitFor([this] { return program_.FindInList(L"pub") >= 0; }, 20000) && program_.WaitIdle();
     const bool welcomed = program_.ConsoleText().find(L"220") != std::wstring::npos;
@@ -153,8 +166,8 @@ bool Walk::WaitForProgress() {
 bool Walk::ReceiveOne(const std::wstring& name, const std::wstring& folder) {
     program_.FocusPane(program_.List());
     program_.SelectInList(program_.FindInList(name));
-    program_.WaitFor([this] { return program_.ToolbarEnabled(40054); });
-    program_.Command(40054);
+    program_.WaitFor([this] { return program_.ToolbarEnabled(IDM_RECEIVE); });
+    program_.Command(IDM_RECEIVE);
     program_.WaitFor([&] { return GetFileAttributesW(name.c_str()) != INVALID_FILE_ATTRIBUTES; });
     const bool ended = program_.WaitIdle(60000);
     std::string seen = Utf8(name);
@@ -173,8 +186,8 @@ bool Walk::ReceiveAll(const char* what, const std::wstring& folder, const char* 
         program_.SelectInList(i, true);
         names.push_back(name);
     }
-    program_.WaitFor([this] { return program_.ToolbarEnabled(40054); });
-    program_.Command(40054);
+    program_.WaitFor([this] { return program_.ToolbarEnabled(IDM_RECEIVE); });
+    program_.Command(IDM_RECEIVE);
     if (picture != nullptr && WaitForProgress()) Picture(picture);
     program_.WaitFor([&] { return GetFileAttributesW(names.back().c_str()) != INVALID_FILE_ATTRIBUTES; }, 60000);
     const bool ended = program_.WaitIdle(60000);
@@ -184,9 +197,72 @@ bool Walk::ReceiveAll(const char* what, const std::wstring& folder, const char* 
     return Step(what, ended && same, seen + (same ? ", byte for byte" : ""));
 }
 
+// A view is held to by the control's own style and, in details, by its headings.
+bool Walk::ShowView(const char* what, unsigned command, DWORD bits, int columns) {
+    program_.Command(command);
+    const bool shown = program_.WaitFor([&] {
+        const DWORD style = static_cast<DWORD>(GetWindowLongW(program_.List(), GWL_STYLE));
+        return (style & LVS_TYPEMASK) == bits &&
+               (columns == 0 || SendMessageW(program_.Header(), HDM_GETITEMCOUNT, 0, 0) == columns);
+    });
+    program_.WaitIdle();
+    Picture(what);
+    return Step("view", shown && program_.ListCount() > 0,
+                std::string(what) + ", " + std::to_string(program_.ListCount()) + " entries");
+}
+
+bool Walk::ShowViews() {
+    bool held = ShowView("large-icons", IDM_VIEW_LARGE_ICONS, LVS_ICON, 0);
+    held = ShowView("small-icons", IDM_VIEW_SMALL_ICONS, LVS_SMALLICON, 0) && held;
+    held = ShowView("list", IDM_VIEW_LIST, LVS_LIST, 0) && held;
+    held = ShowView("details-windows", IDM_DETAILS_WINDOWS, LVS_REPORT, 4) && held;
+    return ShowView("details-unix", IDM_DETAILS_UNIX, LVS_REPORT, 8) && held;
+}
+
+// The menu of an entry, opened where the entry stands.
+bool Walk::ShowContextMenu() {
+    Menus menus(program_);
+    program_.FocusPane(program_.List());
+    program_.SelectInList(1);
+    const POINT place = program_.ToScreen(program_.List(), program_.ListPlace(1));
+    const MenuItems items = menus.OpenContext(program_.List(), place);
+    const MenuItem* receive = ItemOf(items, IDM_LV_RECEIVE);
+    const bool openBefore = menus.HighlightFirst();
+    Picture("context-menu");
+    const bool stillOpen = openBefore && menus.IsOpen();
+    const bool closed = menus.Close();
+    return Step("context menu", receive != nullptr && receive->enabled && stillOpen && closed,
+                std::to_string(items.size()) + " items for \"" + Utf8(program_.ListText(1)) + "\"");
+}
+
+bool Walk::ToggleConsole() {
+    program_.Command(IDM_SHOWCONSOLE);
+    const bool hidden = program_.WaitFor([this] { return program_.Console() == nullptr; }) && program_.WaitIdle();
+    Picture("console-hidden");
+    program_.Command(IDM_SHOWCONSOLE);
+    const bool shown = program_.WaitFor([this] { return program_.Console() != nullptr; }) && program_.WaitIdle();
+    program_.Command(IDM_TV_REFRESH);
+    const bool talks = program_.WaitFor([this] { return program_.ConsoleText().find(L"226") != std::wstring::npos; }) &&
+                       program_.WaitIdle();
+    Picture("console-shown");
+    return Step("console", hidden && shown && talks, "hidden and shown again, with the server's answers");
+}
+
+// The parts of the window follow the resolution: its icons, its text and the bar above the panes.
+bool Walk::CheckResolution(int dpi) {
+    const LRESULT buttons = SendMessageW(program_.Toolbar(), TB_GETBUTTONSIZE, 0, 0);
+    RECT status{};
+    GetWindowRect(program_.StatusBar(), &status);
+    const int height = status.bottom - status.top;
+    const int wantedHeight = 15 * dpi / 96;
+    return Step("resolution", HIWORD(buttons) >= 16 * dpi / 96 && height >= wantedHeight,
+                std::to_string(dpi) + " dpi: buttons " + std::to_string(HIWORD(buttons)) + " high, status bar " +
+                    std::to_string(height));
+}
+
 bool Walk::Disconnect() {
     program_.FocusPane(program_.Tree());
-    program_.Command(40026);
+    program_.Command(IDM_DISCONNECT);
     const bool gone = program_.WaitFor([this] { return program_.ListCount() == 0; }) && program_.WaitIdle();
     Picture("disconnected");
     return Step("disconnect", gone && program_.Title().find(L"::") == std::wstring::npos,
@@ -200,9 +276,9 @@ bool Walk::Exit() {
 
 int Walk::Run() {
     bool held = StartProgram() && Connect();
-    if (held) program_.Command(40057);  // details as on Unix
+    if (held) program_.Command(IDM_DETAILS_UNIX);  // details as on Unix
     held = held && EnterDirectory(L"pub", L"/pub", L"source") && EnterDirectory(L"source", L"/pub/source", L"lamp.c");
-    if (held) Picture("directory");
+    held = held && ShowViews() && ShowContextMenu() && ToggleConsole();
     held =
         held && ReceiveOne(L"lamp.c", L"/pub/source") && ReceiveAll("receive several files", L"/pub/source", nullptr);
     if (held) place_ = program_.TreeNext(place_, TVGN_PARENT);
@@ -217,8 +293,29 @@ int Walk::Run() {
     return program_.Running() && Exit() && held ? 0 : 1;
 }
 
+int Walk::RunAtResolution(int dpi) {
+    bool held = StartProgram() && CheckResolution(dpi) && Connect();
+    if (held) program_.Command(IDM_DETAILS_UNIX);
+    held = held && EnterDirectory(L"pub", L"/pub", L"source") && EnterDirectory(L"source", L"/pub/source", L"lamp.c");
+    if (held) Picture("directory");
+    held = held && ShowView("large-icons", IDM_VIEW_LARGE_ICONS, LVS_ICON, 0) &&
+           ShowView("details-windows", IDM_DETAILS_WINDOWS, LVS_REPORT, 4) && ShowContextMenu();
+    if (held) place_ = program_.TreeNext(place_, TVGN_PARENT);
+    if (held) program_.Command(IDM_DETAILS_UNIX);
+    held = held && EnterDirectory(L"big", L"/pub/big", L"random-12MiB.bin") &&
+           ReceiveAll("receive big files", L"/pub/big", "receiving") && Disconnect();
+    if (!held) Picture("failed");
+    return program_.Running() && Exit() && held ? 0 : 1;
+}
+
 }  // namespace
 
-int main() {
-    return Walk().Run();
+int main(int argc, char** argv) {
+    if (argc < 2) return Walk().Run();
+    const int dpi = static_cast<int>(std::strtol(argv[1], nullptr, 10));
+    if (dpi <= 0) {
+        std::fputs("usage: walk [DPI]\n", stderr);
+        return 2;
+    }
+    return Walk().RunAtResolution(dpi);
 }
