@@ -37,6 +37,7 @@ struct Drop {
 Drop gDrop;
 
 void OnDropDone() {
+    if (gDrop.knowsListed && ListedFolder() != nullptr) LV_EntriesComplete();
     gDrop = Drop();
     // Commands act on the selected node's site again.
     if (const TVobject* node = SelectedNode()) gSession.activeSite = TV_GetFtpSite(node);
@@ -72,26 +73,40 @@ void LearnListedNames() {
     }
 }
 
-// The entry joins the list; one of the same name leaves it.
+// True when the list shows the folder that the files are sent to.
+bool ListShowsTarget() {
+    const TVobject* folder = ListedFolder();
+    const Site* site = gSession.activeSite;
+    if (folder == nullptr || IsLocalNode(folder) || site == nullptr || TV_GetFtpSite(folder) != site) return false;
+    // Without a target the transfers have compared with the site's current folder.
+    return gDrop.target.empty() || TV_GetPath(folder).view() == gDrop.target;
+}
+
+// The entry joins the list, or takes the place of the one of the same name.
 void LV_AddTransferItem(LVobjectPtr entry) {
     TVobject* folder = ListedFolder();
-    if (!entry || folder == nullptr || IsLocalNode(folder)) return;
+    if (!entry || !ListShowsTarget()) return;
     if (!gDrop.knowsListed) LearnListedNames();
     const std::string name(EntryName(*entry));
     entry->node = folder;
-    if (const auto known = gDrop.listed.find(name); known != gDrop.listed.end()) {
-        const int index = IndexOfEntry(known->second);
-        // A folder that was there already is the same one.
-        if (IsFolderEntry(*entry) && index >= 0) return;
-        LV_DeleteItem(index);
+    const LVobject*& known = gDrop.listed[name];
+    const int index = known != nullptr ? IndexOfEntry(known) : -1;
+    // A folder that was there already is the same one.
+    if (IsFolderEntry(*entry) && index >= 0) return;
+    known = entry.get();
+    if (index >= 0) {
+        LV_ReplaceItem(index, std::move(entry));
+        return;
     }
     if (IsFolderEntry(*entry)) {
         TVobject* node = TV_FindChild(folder, name);
         if (node == nullptr) node = TV_AddItem(folder, name, entry->type, false);
         if (node != nullptr) entry->node = node;
     }
-    gDrop.listed[name] = entry.get();
-    LV_AddItem(std::move(entry));
+    // Not one by one: each time the control is told a number of entries it looks at its scroll bars.
+    std::vector<LVobjectPtr> entries;
+    entries.push_back(std::move(entry));
+    LV_AddEntries(folder, std::move(entries));
 }
 
 // Where files go that were not dropped on a node: the site and the folder that the list shows.

@@ -291,6 +291,12 @@ int LV_AddItem(LVobjectPtr entry) {
     return EntryCount() - 1;
 }
 
+void LV_ReplaceItem(int index, LVobjectPtr entry) {
+    if (EntryAt(index) == nullptr || !entry) return;
+    gEntries[static_cast<std::size_t>(index)] = std::move(entry);
+    RedrawEntry(index);
+}
+
 void LV_DeleteItem(int index) {
     if (EntryAt(index) == nullptr) return;
     gEntries.erase(gEntries.begin() + index);

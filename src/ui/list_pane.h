@@ -36,6 +36,8 @@ void LV_AddEntries(TVobject* folder, std::vector<LVobjectPtr> entries);
 void LV_EntriesComplete();
 // Adds one entry; returns its index, or -1 (and frees it).
 int LV_AddItem(LVobjectPtr entry);
+// Another entry takes the place of one, which is freed; selection and focus stay.
+void LV_ReplaceItem(int index, LVobjectPtr entry);
 void LV_DeleteItem(int index);
 int EntryCount();
 LVobject* EntryAt(int index);

@@ -367,6 +367,27 @@ TEST_F(DropTest, FilesOfAnotherProgramAreSentIntoTheFolderShown) {
     EXPECT_EQ(program_->ListCount(), 3);
 }
 
+TEST_F(DropTest, FilesDroppedOnAFolderOfTheTreeGoThereAndNotIntoTheList) {
+    folder_->Write("one.txt", "1");
+    server_->AddFolder("/other");
+    server_->AddFile("/there.txt", "x");
+    StartConnected();
+    ASSERT_TRUE(WaitListed(L"there.txt"));
+    program_->ExpandInTree(RootItem());
+    const HTREEITEM other = program_->FindInTree(RootItem(), L"other");
+    ASSERT_NE(other, nullptr);
+    const POINT place = program_->ToScreen(program_->Tree(), program_->TreePlace(other));
+    POINT before{};
+    GetCursorPos(&before);
+    SetCursorPos(place.x, place.y);
+    DropOn(program_->Main(), {Local("one.txt")});
+    EXPECT_TRUE(program_->WaitFor([this] { return server_->FileBytes("/other/one.txt") == "1"; }));
+    SetCursorPos(before.x, before.y);
+    ASSERT_TRUE(program_->WaitIdle());
+    EXPECT_EQ(program_->FindInList(L"one.txt"), -1);
+    EXPECT_FALSE(server_->Exists("/one.txt"));
+}
+
 TEST_F(DropTest, AFileThatIsSentAgainTakesThePlaceOfItsEntry) {
     settings_.SENDUNIQUE = 0;
     folder_->Write("there.txt", "newer");
