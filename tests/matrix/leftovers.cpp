@@ -21,8 +21,9 @@ namespace matrix {
 #ifdef _WIN32
 
 int OpenSockets() {
-    // The system does not list them; it does say of every number whether a socket stands behind it.
-    constexpr SOCKET kHighest = 0x4000;
+    // The system does not list them; it does say of every number whether a socket stands behind it. Numbers are given
+    // from below.
+    constexpr SOCKET kHighest = 0x1000;
     int count = 0;
     for (SOCKET handle = 4; handle < kHighest; handle += 4) {
         int type = 0;
@@ -88,9 +89,15 @@ int RunningThreads() {
 
 #endif
 
-bool WaitForHoldings(const Holdings& before) {
-    return test_support::WaitUntil(
-        [&] { return OpenSockets() <= before.sockets && RunningThreads() <= before.threads; });
+std::string WhatIsLeft(const Holdings& before) {
+    Holdings now{};
+    const auto allGone = [&] {
+        now = Holdings::Now();
+        return now.sockets <= before.sockets && now.threads <= before.threads;
+    };
+    if (test_support::WaitUntil(allGone)) return {};
+    return std::to_string(now.sockets - before.sockets) + " sockets and " +
+           std::to_string(now.threads - before.threads) + " threads more than before";
 }
 
 namespace {

@@ -14,7 +14,7 @@ namespace matrix {
 namespace {
 
 constexpr int kWholeRounds = 100;
-constexpr int kSampleRounds = 6;
+constexpr int kSampleRounds = 4;
 
 struct Summary {
     std::map<std::string, int> cells;
