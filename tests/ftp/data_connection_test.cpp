@@ -193,6 +193,33 @@ TEST(RetrieveFile, ANameThatDoesNotFitIntoACommandIsRefused) {
     EXPECT_TRUE(c.InStep());
 }
 
+TEST(RetrieveFile, TheRestOfAFirstAnswerThatCameInTwoPacketsIsNotTheLastOne) {
+    Connected c;
+    c.h.server.AddFile("/a", "x");
+    c.h.server.Once("RETR", {AnswerInPieces(ReplyPieces::Two, 1)});
+    EXPECT_EQ(c.Retrieve("RETR a"), FTP_COMPLETE);
+    EXPECT_STREQ(c.h.replyText, "226 Transfer complete.");
+    EXPECT_EQ(SessionHarness::LocalBytes(c.file), "x");
+    EXPECT_TRUE(c.InStep());
+}
+
+TEST(RetrieveFile, AFirstAnswerWhoseCodeCameInPiecesEndsTheConnection) {
+    Connected c;
+    c.h.server.AddFile("/a", "x");
+    c.h.server.Once("RETR", {Say("15"), Hold(), Say("0 here it comes\r\n"), Stall()});
+    EXPECT_EQ(c.Retrieve("RETR a"), 0);
+    c.h.server.Release();
+    EXPECT_FALSE(HasControlSocket(c.site));
+    EXPECT_TRUE(c.h.console.HasBox("has aborted your connection"));
+}
+
+TEST(RetrieveFile, WithoutAnAnswerNoneIsInTheReply) {
+    Connected c;
+    c.h.server.Once("RETR", {CloseControl()});
+    EXPECT_EQ(c.Retrieve("RETR a"), 0);
+    EXPECT_STREQ(c.h.replyText, "");
+}
+
 TEST(RetrieveFile, AnErrorReplyInsteadOfTheDataConnectionEndsTheWait) {
     Connected c;
     c.h.server.On("RETR", {Say("150 soon\r\n"), Say("425 Cannot open data connection.\r\n")});

@@ -201,6 +201,19 @@ TEST(DoConnect2, AnAnonymousSiteUsesNoGateway) {
     EXPECT_EQ(h.server.CountCommands("site"), 0);
 }
 
+TEST(DoConnect2, AGatewayThatDoesNotAnswerEndsTheLogin) {
+    SessionHarness h;
+    gZarn.port.timeout = 1;
+    const TimeOutTimer timer;
+    Site* site = h.MakeSite();
+    UseGateway(site);
+    h.server.On("SITE", {Stall()});
+    EXPECT_FALSE(DoConnect2(site));
+    // What comes late must not be taken for the answer to the next command.
+    EXPECT_EQ(h.server.CountCommands("USER"), 1);
+    EXPECT_FALSE(HasControlSocket(site));
+}
+
 TEST(DoConnect2, AGatewayThatRefusesTheUserEndsTheLogin) {
     SessionHarness h;
     h.server.On("PASS", {Say("530 no\r\n")});
