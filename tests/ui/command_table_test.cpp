@@ -413,11 +413,12 @@ void CommandTest::TogglesTheConsole() {
     ASSERT_TRUE(ConsoleHas(L"220"));
     Send();
     ASSERT_TRUE(program_->WaitFor([this] { return program_->Console() == nullptr; }));
-    RECT list, client, bar;
-    GetWindowRect(program_->List(), &list);
-    GetWindowRect(program_->StatusBar(), &bar);
-    GetClientRect(program_->Main(), &client);
-    EXPECT_LE(bar.top - list.bottom, 2) << "the panes take the console's place";
+    EXPECT_TRUE(program_->WaitFor([this] {
+        RECT list, bar;
+        GetWindowRect(program_->List(), &list);
+        GetWindowRect(program_->StatusBar(), &bar);
+        return bar.top - list.bottom <= 2;
+    })) << "the panes take the console's place";
     Send();
     ASSERT_TRUE(program_->WaitFor([this] { return program_->Console() != nullptr; }));
     EXPECT_EQ(program_->ConsoleText().find(L"220"), std::wstring::npos) << "it starts empty again";
