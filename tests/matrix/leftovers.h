@@ -16,8 +16,8 @@ struct Holdings {
     int threads;
     static Holdings Now() { return {OpenSockets(), RunningThreads()}; }
 };
-// Waits, within bounds, until no more is held than before (threads end a little after their work). Empty then, else what
-// is left, in words.
+// Waits, within bounds, until no more is held than before (threads end a little after their work). Empty then, else
+// what is left, in words.
 std::string WhatIsLeft(const Holdings& before);
 
 // Makes an empty folder the process's temporary one, once.
