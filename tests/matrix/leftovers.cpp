@@ -35,14 +35,35 @@ int OpenSockets() {
     return count;
 }
 
+// The engine's threads begin in the C library; the main one and those of the test framework begin in this program,
+// those of the system's pool, which come and go as the system likes, in ntdll.
+static bool IsOfTheEngine(DWORD threadId) {
+    using Query = LONG(WINAPI*)(HANDLE, int, void*, ULONG, ULONG*);
+    constexpr int kStartAddress = 9;  // ThreadQuerySetWin32StartAddress
+    static const HMODULE ntdll = ::GetModuleHandleA("ntdll.dll");
+    static const auto query =
+        reinterpret_cast<Query>(reinterpret_cast<void (*)()>(::GetProcAddress(ntdll, "NtQueryInformationThread")));
+    const HANDLE thread = ::OpenThread(THREAD_QUERY_INFORMATION, FALSE, threadId);
+    if (thread == nullptr || query == nullptr) return false;  // it has just ended
+    void* start = nullptr;
+    const bool known = query(thread, kStartAddress, &start, sizeof start, nullptr) == 0;
+    ::CloseHandle(thread);
+    HMODULE module = nullptr;
+    constexpr DWORD kByAddress = GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT;
+    return known && ::GetModuleHandleExA(kByAddress, static_cast<const char*>(start), &module) != FALSE &&
+           module != ntdll && module != ::GetModuleHandleA(nullptr);
+}
+
 int RunningThreads() {
     const HANDLE snapshot = ::CreateToolhelp32Snapshot(TH32CS_SNAPTHREAD, 0);
     if (snapshot == INVALID_HANDLE_VALUE) return -1;
     THREADENTRY32 entry = {};
     entry.dwSize = sizeof entry;
     int count = 0;
-    for (BOOL more = ::Thread32First(snapshot, &entry); more != FALSE; more = ::Thread32Next(snapshot, &entry))
-        count += entry.th32OwnerProcessID == ::GetCurrentProcessId() ? 1 : 0;
+    for (BOOL more = ::Thread32First(snapshot, &entry); more != FALSE; more = ::Thread32Next(snapshot, &entry)) {
+        const bool own = entry.th32OwnerProcessID == ::GetCurrentProcessId();
+        count += own && IsOfTheEngine(entry.th32ThreadID) ? 1 : 0;
+    }
     ::CloseHandle(snapshot);
     return count;
 }

@@ -8,7 +8,7 @@ namespace matrix {
 
 // Sockets of this process that are open; -1 when the system cannot say.
 int OpenSockets();
-// Threads of this process that run; -1 when the system cannot say.
+// Threads of the engine that run (native: of the process); -1 when the system cannot say.
 int RunningThreads();
 
 struct Holdings {
