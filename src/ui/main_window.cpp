@@ -245,6 +245,10 @@ bool SelectionIsInSight() {
     return place.top >= pane.top && place.bottom <= pane.bottom;
 }
 
+bool InitTreeAndList(HWND mainWindow) {
+    return CreateTreePane(mainWindow) && CreateListPane(mainWindow);
+}
+
 std::atomic<bool> gRefreshPosted{false};
 
 }  // namespace
@@ -285,7 +289,7 @@ bool CreateAppWindows(HWND mainWindow) {
     gApp.treeTitle = CreateTitleBar(mainWindow);
     gApp.listTitle = CreateTitleBar(mainWindow);
     if (!CreateTheToolbar(mainWindow) || !CreateTheStatusWindow(mainWindow)) return false;
-    if (!CreateTreePane(mainWindow) || !CreateListPane(mainWindow)) return false;
+    if (!InitTreeAndList(mainWindow)) return false;
     if (gZarn.VERBOSE != 0) Zarn_ShowConsole(mainWindow, false);
     SetPaneFonts();
     NamePanes();

@@ -189,7 +189,7 @@ unsigned ChooseForNode(const TVobject& node, POINT position) {
     }
 }
 
-void TreeContextMenu(HWND window, POINT position, bool byKeyboard) {
+void TV_HandleRClick(HWND window, POINT position, bool byKeyboard) {
     HTREEITEM item = nullptr;
     TVobject* node = nullptr;
     if (byKeyboard) {
@@ -289,7 +289,7 @@ void Zarn_OnContextMenu(HWND window, POINT position) {
     const bool byKeyboard = position.x == -1 && position.y == -1;
     const HWND target = byKeyboard ? GetFocus() : WindowFromPoint(position);
     if (target == TreeWindow()) {
-        TreeContextMenu(window, position, byKeyboard);
+        TV_HandleRClick(window, position, byKeyboard);
     } else if (target == ListWindow()) {
         ListContextMenu(window, position, byKeyboard);
     }
