@@ -5,25 +5,14 @@
 #include "ftp/data_connection.h"
 #include "ftp/remote_commands.h"
 #include "ftp/session_state.h"
-#include "integration/real_server.h"
+#include "integration/upload_fixture.h"
 
 namespace {
 
 using Names = std::vector<std::string>;
-constexpr char kUploads[] = "/incoming";
 
-// Everything below /incoming, which each test leaves as it found it.
-class Upload : public RealServer {
+class Upload : public UploadFixture {
   protected:
-    void SetUp() override {
-        RealServer::SetUp();
-        Connect();
-        ASSERT_EQ(Open(kUploads), FTP_COMPLETE);
-        before = NamesOnDisk(kUploads);
-    }
-    void TearDown() override { EXPECT_EQ(NamesOnDisk(kUploads), before); }
-
-    static std::string OnServer(const std::string& name) { return std::string(kUploads) + "/" + name; }
     // Runs one remote command on the worker; its reply is in `reply` afterwards.
     template <class Command>
     int Do(Command command) {
@@ -67,19 +56,8 @@ class Upload : public RealServer {
 
     TransferNode node;
     std::string reply;
-    Names before;
 };
 FOR_EVERY_SERVER(Upload);
-
-std::string SomeBytes(std::size_t count) {
-    std::string bytes(count, '\0');
-    std::uint32_t state = 959;
-    for (char& byte : bytes) {
-        state = state * 1664525 + 1013904223;
-        byte = static_cast<char>(state >> 24);
-    }
-    return bytes;
-}
 
 TEST_P(Upload, StoredFilesAreOnTheServersDiskByteForByte) {
     gZarn.SENDUNIQUE = 0;

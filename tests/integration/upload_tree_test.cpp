@@ -5,7 +5,7 @@
 #include "foundation/trace.h"
 #include "ftp/remote_commands.h"
 #include "ftp/session_state.h"
-#include "integration/real_server.h"
+#include "integration/upload_fixture.h"
 #include "platform/files.h"
 #include "transfer/drop_transfer.h"
 #include "transfer/transfer_progress.h"
@@ -13,23 +13,18 @@
 namespace {
 
 using Names = std::vector<std::string>;
-constexpr char kUploads[] = "/incoming";
 
 // Drops from the local folder; each test leaves /incoming as it found it.
-class UploadTree : public RealServer {
+class UploadTree : public UploadFixture {
   protected:
     void SetUp() override {
-        RealServer::SetUp();
-        Connect();
-        ASSERT_EQ(Open(kUploads), FTP_COMPLETE);
-        before = NamesOnDisk(kUploads);
+        UploadFixture::SetUp();
         gZarn.SENDUNIQUE = 0;
     }
     void TearDown() override {
         RemoveWhatWasSent();
-        EXPECT_EQ(NamesOnDisk(kUploads), before);
+        UploadFixture::TearDown();
     }
-    static std::string OnServer(const std::string& name) { return std::string(kUploads) + "/" + name; }
     int Drop(const Names& names) {
         transfer.dropped.clear();
         for (const std::string& name : names) transfer.dropped.push_back(local.PathOf(name));
@@ -55,17 +50,6 @@ class UploadTree : public RealServer {
         EXPECT_TRUE(IsFileOnDisk(OnServer(name))) << name;
         EXPECT_TRUE(DiskBytes(OnServer(name)) == bytes) << name << " differs";
     }
-    static std::string SomeBytes(std::size_t count) {
-        std::string bytes(count, '\0');
-        std::uint32_t state = 2428;
-        for (char& byte : bytes) {
-            state = state * 1664525 + 1013904223;
-            byte = static_cast<char>(state >> 24);
-        }
-        return bytes;
-    }
-
-    Names before;
 };
 FOR_EVERY_SERVER(UploadTree);
 
