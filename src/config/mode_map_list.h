@@ -1,0 +1,13 @@
+// The extensions that a user can choose a transfer mode for: those of the mode map, then those that the shell
+// registers. Makes file types as it meets them (file_types.h); writes nothing.
+#pragma once
+
+#include <vector>
+
+#include "config/mode_map_store.h"
+
+// Adds every extension of the mode map to `list`, unchanged; how many were added. One that nobody describes gets the
+// built-in description.
+int RegQueryZarnDefaults(std::vector<ModeMapItem>& list);
+// Adds every extension that the shell registers and that `list` does not hold yet, in whatever case; how many.
+int RegQueryRootClasses(std::vector<ModeMapItem>& list);
