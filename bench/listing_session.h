@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "ui_driver/program.h"
+#include "ui/driver/program.h"
 #include "window_watch.h"
 
 // Seconds from the moment the server had got LIST.

@@ -5,7 +5,7 @@
 
 #include "foundation/error_report.h"
 #include "foundation/trace.h"
-#include "ftp/dump_file.h"
+#include "ftp/data/dump_file.h"
 #include "listing/line_tokens.h"
 
 namespace {

@@ -2,7 +2,7 @@
 // folder's listing, which has one name for the run.
 #pragma once
 
-#include "ftp/dump_file.h"
+#include "ftp/data/dump_file.h"
 
 class TemporaryDump {
   public:

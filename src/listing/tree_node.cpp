@@ -5,7 +5,7 @@
 
 #include "config/host_types.h"
 #include "foundation/error_report.h"
-#include "ftp/session_state.h"
+#include "ftp/worker/session_state.h"
 
 namespace {
 

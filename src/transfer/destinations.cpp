@@ -5,7 +5,7 @@
 #include <string_view>
 
 #include "foundation/trace.h"
-#include "ftp/result_codes.h"
+#include "ftp/worker/result_codes.h"
 #include "platform/files.h"
 #include "transfer/local_names.h"
 

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "ftp/transfer_node.h"
+#include "ftp/data/transfer_node.h"
 
 // The first "/" or "\" in the path, or 0.
 char GetDelimiter(const char* path);

@@ -6,7 +6,7 @@
 #include "foundation/foundation_view.h"
 #include "foundation/message_ids.h"
 #include "foundation/trace.h"
-#include "ftp/result_codes.h"
+#include "ftp/worker/result_codes.h"
 
 namespace {
 

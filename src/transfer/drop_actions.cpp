@@ -6,7 +6,7 @@
 #include "foundation/foundation_view.h"
 #include "foundation/message_ids.h"
 #include "foundation/trace.h"
-#include "ftp/session_state.h"
+#include "ftp/worker/session_state.h"
 
 namespace {
 

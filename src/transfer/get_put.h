@@ -5,7 +5,7 @@
 #include <atomic>
 
 #include "config/site.h"
-#include "ftp/transfer_node.h"
+#include "ftp/data/transfer_node.h"
 
 // Downloads a file into node.pszDestination: safe name, mode by type, temporary name, question before replacing, the
 // time of the listing. A file that the user chose to keep counts neither as done nor as failed (true).

@@ -8,7 +8,7 @@
 
 #include "config/site.h"
 #include "foundation/foundation_view.h"
-#include "ftp/transfer_node.h"
+#include "ftp/data/transfer_node.h"
 
 inline constexpr int kBarStarted = 250;
 inline constexpr int kBarHalf = 500;

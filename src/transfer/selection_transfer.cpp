@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "ftp/result_codes.h"
-#include "ftp/transfer_node.h"
+#include "ftp/data/transfer_node.h"
+#include "ftp/worker/result_codes.h"
 #include "transfer/destinations.h"
 #include "transfer/disk_space.h"
 #include "transfer/get_put.h"

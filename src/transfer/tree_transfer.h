@@ -3,6 +3,6 @@
 
 #include <atomic>
 
-#include "ftp/transfer_node.h"
+#include "ftp/data/transfer_node.h"
 
 bool TransferRemoteTree(TransferNode* node, const char* localStart, const char* remoteStart, std::atomic<bool>& abort);

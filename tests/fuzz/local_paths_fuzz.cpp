@@ -2,7 +2,7 @@
 #include <algorithm>
 #include <string>
 
-#include "ftp/result_codes.h"
+#include "ftp/worker/result_codes.h"
 #include "fuzz/harness.h"
 #include "platform/files.h"
 #include "transfer/destinations.h"

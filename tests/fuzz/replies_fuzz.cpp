@@ -2,7 +2,7 @@
 #include <algorithm>
 #include <string>
 
-#include "ftp/reply_reader.h"
+#include "ftp/control/reply_reader.h"
 #include "fuzz/harness.h"
 
 namespace {

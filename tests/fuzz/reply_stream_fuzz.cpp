@@ -7,9 +7,9 @@
 #include <string>
 
 #include "config/site.h"
-#include "ftp/control_connection.h"
-#include "ftp/late_reply.h"
-#include "ftp/login.h"
+#include "ftp/control/control_connection.h"
+#include "ftp/control/late_reply.h"
+#include "ftp/login/login.h"
 #include "fuzz/harness.h"
 #include "host/socket_table.h"
 

@@ -1,6 +1,6 @@
 #include "config/host_types.h"
-#include "ftp/remote_commands.h"
-#include "ftp/session_state.h"
+#include "ftp/control/remote_commands.h"
+#include "ftp/worker/session_state.h"
 #include "integration/real_server.h"
 #include "listing/listing_driver.h"
 

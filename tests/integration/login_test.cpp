@@ -1,4 +1,4 @@
-#include "ftp/login.h"
+#include "ftp/login/login.h"
 
 #include <sstream>
 
@@ -6,9 +6,9 @@
 #include "config/settings.h"
 #include "foundation/text_helpers.h"
 #include "foundation/trace.h"
-#include "ftp/remote_commands.h"
-#include "ftp/session_state.h"
-#include "ftp/worker.h"
+#include "ftp/control/remote_commands.h"
+#include "ftp/worker/session_state.h"
+#include "ftp/worker/worker.h"
 #include "integration/real_server.h"
 
 namespace {

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "ftp/result_codes.h"
+#include "ftp/worker/result_codes.h"
 #include "integration/real_server.h"
 
 inline constexpr char kUploads[] = "/incoming";

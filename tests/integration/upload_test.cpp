@@ -2,9 +2,9 @@
 
 #include "config/settings.h"
 #include "foundation/text_helpers.h"
-#include "ftp/data_connection.h"
-#include "ftp/remote_commands.h"
-#include "ftp/session_state.h"
+#include "ftp/control/remote_commands.h"
+#include "ftp/data/data_connection.h"
+#include "ftp/worker/session_state.h"
 #include "integration/upload_fixture.h"
 
 namespace {

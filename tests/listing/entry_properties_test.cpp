@@ -2,8 +2,8 @@
 
 #include <fstream>
 
-#include "ftp/dump_file.h"
-#include "ftp/result_codes.h"
+#include "ftp/data/dump_file.h"
+#include "ftp/worker/result_codes.h"
 #include "listing/entry_properties.h"
 #include "listing/listed_site.h"
 

@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 
 #include "config/host_types.h"
-#include "ftp/login.h"
-#include "ftp/result_codes.h"
+#include "ftp/login/login.h"
+#include "ftp/worker/result_codes.h"
 #include "listing/host_detection.h"
 #include "listing/listed_site.h"
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "ftp/session_state.h"
+#include "ftp/worker/session_state.h"
 #include "listing/listing_driver.h"
 #include "platform/files.h"
 #include "support/recording_listing_view.h"

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
-#include "ftp/remote_commands.h"
-#include "ftp/result_codes.h"
+#include "ftp/control/remote_commands.h"
+#include "ftp/worker/result_codes.h"
 #include "listing/listed_site.h"
 #include "listing/recursive_count.h"
 

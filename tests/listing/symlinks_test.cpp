@@ -3,8 +3,8 @@
 #include <fstream>
 
 #include "config/file_types.h"
-#include "ftp/dump_file.h"
-#include "ftp/result_codes.h"
+#include "ftp/data/dump_file.h"
+#include "ftp/worker/result_codes.h"
 #include "listing/listed_site.h"
 #include "listing/symlinks.h"
 

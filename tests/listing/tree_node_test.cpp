@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "ftp/session_state.h"
+#include "ftp/worker/session_state.h"
 #include "listing/tree_node.h"
 
 namespace {

@@ -4,10 +4,10 @@
 
 #include <algorithm>
 
-#include "ftp/login.h"
-#include "ftp/remote_commands.h"
-#include "ftp/result_codes.h"
-#include "ftp/session_state.h"
+#include "ftp/control/remote_commands.h"
+#include "ftp/login/login.h"
+#include "ftp/worker/result_codes.h"
+#include "ftp/worker/session_state.h"
 #include "matrix/faults.h"
 #include "matrix/leftovers.h"
 #include "matrix/operations.h"

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "ftp/result_codes.h"
+#include "ftp/worker/result_codes.h"
 
 namespace matrix {
 namespace {

@@ -9,7 +9,7 @@
 #include <string_view>
 #include <vector>
 
-#include "ftp/transfer_node.h"
+#include "ftp/data/transfer_node.h"
 #include "listing/tree_node.h"
 #include "support/recording_listing_view.h"
 #include "support/recording_transfer_view.h"

@@ -4,8 +4,8 @@
 
 #include <gtest/gtest.h>
 
-#include "ftp/result_codes.h"
-#include "ftp/session_state.h"
+#include "ftp/worker/result_codes.h"
+#include "ftp/worker/session_state.h"
 #include "host/fault_injection.h"
 #include "matrix/leftovers.h"
 #include "matrix/operations.h"

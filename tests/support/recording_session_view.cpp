@@ -3,7 +3,7 @@
 #include <deque>
 #include <mutex>
 
-#include "ftp/worker.h"
+#include "ftp/worker/worker.h"
 
 namespace {
 

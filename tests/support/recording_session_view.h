@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "ftp/session_view.h"
+#include "ftp/worker/session_view.h"
 
 struct RecordedServerError {
     int operation;

@@ -6,10 +6,10 @@
 #include <sstream>
 
 #include "foundation/trace.h"
-#include "ftp/blocking_call.h"
-#include "ftp/login.h"
-#include "ftp/session_state.h"
-#include "ftp/worker.h"
+#include "ftp/login/login.h"
+#include "ftp/worker/blocking_call.h"
+#include "ftp/worker/session_state.h"
+#include "ftp/worker/worker.h"
 #include "platform/clock.h"
 #include "platform/files.h"
 

@@ -10,7 +10,7 @@
 
 #include "config/settings.h"
 #include "config/site.h"
-#include "ftp/control_connection.h"
+#include "ftp/control/control_connection.h"
 #include "platform/threads.h"
 #include "support/recording_session_view.h"
 #include "support/recording_view.h"

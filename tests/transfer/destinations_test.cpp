@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-#include "ftp/result_codes.h"
+#include "ftp/worker/result_codes.h"
 #include "platform/files.h"
 
 namespace {

@@ -1,7 +1,7 @@
 #include "transfer/drop_actions.h"
 
 #include "foundation/trace.h"
-#include "ftp/session_state.h"
+#include "ftp/worker/session_state.h"
 #include "transfer/transfer_fixture.h"
 
 namespace {

@@ -10,8 +10,8 @@
 #include <string>
 
 #include "foundation/wide_text_window.h"
-#include "ftp/session_state.h"
-#include "ftp/worker.h"
+#include "ftp/worker/session_state.h"
+#include "ftp/worker/worker.h"
 #include "resources/resource.h"
 #include "support/dialog_user.h"
 #include "support/local_folder.h"

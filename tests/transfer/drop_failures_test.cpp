@@ -1,4 +1,4 @@
-#include "ftp/blocking_call.h"
+#include "ftp/worker/blocking_call.h"
 #include "platform/files.h"
 #include "platform/system.h"
 #include "support/bounded_wait.h"

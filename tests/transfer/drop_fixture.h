@@ -1,7 +1,7 @@
 // What every test of a drop stands on: a session in the server's folder /up, to which local files are sent.
 #pragma once
 
-#include "ftp/remote_commands.h"
+#include "ftp/control/remote_commands.h"
 #include "transfer/drop_transfer.h"
 #include "transfer/transfer_fixture.h"
 

@@ -1,6 +1,6 @@
 #include "transfer/get_put.h"
 
-#include "ftp/result_codes.h"
+#include "ftp/worker/result_codes.h"
 #include "platform/files.h"
 #include "platform/system.h"
 #include "transfer/transfer_fixture.h"

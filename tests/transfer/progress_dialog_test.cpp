@@ -8,10 +8,10 @@
 #include <atomic>
 #include <string>
 
-#include "ftp/remote_commands.h"
-#include "ftp/session_state.h"
-#include "ftp/session_view.h"
-#include "ftp/worker.h"
+#include "ftp/control/remote_commands.h"
+#include "ftp/worker/session_state.h"
+#include "ftp/worker/session_view.h"
+#include "ftp/worker/worker.h"
 #include "platform/clock.h"
 #include "platform/files.h"
 #include "platform/threads.h"

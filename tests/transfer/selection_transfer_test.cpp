@@ -3,7 +3,7 @@
 #include <memory>
 
 #include "foundation/file_time.h"
-#include "ftp/result_codes.h"
+#include "ftp/worker/result_codes.h"
 #include "listing/tree_node.h"
 #include "platform/files.h"
 #include "transfer/disk_space.h"

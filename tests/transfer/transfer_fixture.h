@@ -10,9 +10,9 @@
 #include <vector>
 
 #include "config/settings.h"
-#include "ftp/blocking_call.h"
-#include "ftp/session_state.h"
-#include "ftp/transfer_node.h"
+#include "ftp/data/transfer_node.h"
+#include "ftp/worker/blocking_call.h"
+#include "ftp/worker/session_state.h"
 #include "support/bounded_wait.h"
 #include "support/local_folder.h"
 #include "support/recording_transfer_view.h"

@@ -2,7 +2,7 @@
 
 #include "foundation/catalogue.h"
 #include "foundation/message_ids.h"
-#include "ftp/result_codes.h"
+#include "ftp/worker/result_codes.h"
 #include "platform/files.h"
 #include "platform/system.h"
 #include "support/local_folder.h"

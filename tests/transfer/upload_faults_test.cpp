@@ -1,5 +1,5 @@
-#include "ftp/remote_commands.h"
-#include "ftp/result_codes.h"
+#include "ftp/control/remote_commands.h"
+#include "ftp/worker/result_codes.h"
 #include "platform/files.h"
 #include "platform/system.h"
 #include "transfer/drop_transfer.h"

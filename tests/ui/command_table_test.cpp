@@ -9,7 +9,7 @@
 #include "config/defaults_store.h"
 #include "platform/registry.h"
 #include "resources/resource.h"
-#include "ui_driver/menus.h"
+#include "ui/driver/menus.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 #include "ui/ui_fixture.h"
 
 #include "resources/resource.h"
-#include "ui_driver/menus.h"
+#include "ui/driver/menus.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include <cctype>
 
 #include "resources/resource.h"
-#include "ui_driver/menus.h"
+#include "ui/driver/menus.h"
 
 namespace {
 

@@ -11,7 +11,7 @@
 #include "config/settings.h"
 #include "support/local_folder.h"
 #include "support/scripted_server.h"
-#include "ui_driver/program.h"
+#include "ui/driver/program.h"
 
 class UiTest : public testing::Test {
   public:

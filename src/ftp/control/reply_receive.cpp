@@ -1,0 +1,277 @@
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <memory>
+#include <new>
+#include <optional>
+#include <string>
+
+#include "foundation/catalogue.h"
+#include "foundation/foundation_view.h"
+#include "foundation/message_ids.h"
+#include "foundation/trace.h"
+#include "ftp/control/control_connection.h"
+#include "ftp/control/late_reply.h"
+#include "ftp/control/reply_reader.h"
+#include "ftp/errors/error_texts.h"
+#include "ftp/login/login.h"
+#include "ftp/worker/blocking_call.h"
+#include "ftp/worker/session_state.h"
+#include "platform/clock.h"
+
+namespace {
+
+std::atomic<bool> gInnerLinesSuppressed{false};
+
+// Connection whose last line came without its line feed: the rest may still be on its way.
+std::atomic<platform::Socket> gUnfinishedLine{platform::kNoSocket};
+// The wait ends with the line; only a server that never ends it is waited for in full.
+constexpr std::uint32_t kRestOfLineMilliseconds = 300;
+
+// Whether a wait for bytes may be cancelled by the time-out or an abort.
+enum class Waiting { Cancellable, Undisturbed };
+
+enum class Taking { Peek, Receive };
+
+int TakeBytes(platform::Socket socket, std::span<char> buffer, Taking how, Waiting waiting) {
+    std::optional<BlockingCall> call;
+    if (waiting == Waiting::Cancellable) call.emplace(socket);
+    return how == Taking::Peek ? platform::Peek(socket, buffer) : platform::Receive(socket, buffer);
+}
+
+// Receives exactly what was peeked before.
+bool TakeExactly(platform::Socket socket, std::span<char> buffer, Waiting waiting) {
+    while (!buffer.empty()) {
+        const int count = TakeBytes(socket, buffer, Taking::Receive, waiting);
+        if (count <= 0) return false;
+        buffer = buffer.subspan(static_cast<std::size_t>(count));
+    }
+    return true;
+}
+
+// Throws away the rest of a line that is too long to keep, up to its line feed.
+bool SkipToLineFeed(platform::Socket socket, Waiting waiting) {
+    std::array<char, 4096> piece;
+    for (std::size_t skipped = 0; skipped < kMostReplyBytes;) {
+        const int peeked = TakeBytes(socket, piece, Taking::Peek, waiting);
+        if (peeked <= 0) return false;
+        const std::string_view bytes(piece.data(), static_cast<std::size_t>(peeked));
+        const std::size_t lineFeed = bytes.find('\n');
+        const std::size_t taken = lineFeed == std::string_view::npos ? bytes.size() : lineFeed + 1;
+        if (!TakeExactly(socket, std::span(piece).first(taken), waiting)) return false;
+        if (lineFeed != std::string_view::npos) return true;
+        skipped += taken;
+    }
+    return false;
+}
+
+// Status of ReadOneLine: 1, 0 without memory, SOCKET_ERROR. `line` receives the line with its line end.
+int TakeLine(platform::Socket socket, std::string& line, Waiting waiting) {
+    constexpr char kFuncName[] = "ReadOneLine";
+    std::size_t limit = kFirstPeek;
+    std::unique_ptr<char[]> buffer;
+    std::size_t length = 0;
+    int peeked = 0;
+    while (length == 0) {
+        buffer.reset(new (std::nothrow) char[limit + 1]());
+        if (buffer == nullptr) return 0;
+        peeked = TakeBytes(socket, {buffer.get(), limit}, Taking::Peek, waiting);
+        if (peeked < 0) {
+            DbgPrintSocketError(kFuncName, "recv", socket, platform::LastSocketError());
+            return SOCKET_ERROR;
+        }
+        if (peeked == 0) {
+            DbgVsprintf(kFuncName, "ERROR. iNumBytes==ZERO. 0 bytes peek'ed from socket. Returning SOCKET_ERROR");
+            return SOCKET_ERROR;
+        }
+        length = LineLength({buffer.get(), static_cast<std::size_t>(peeked)}, limit);
+        if (length == 0 && limit >= kLongestReplyLine) break;
+        if (length == 0) limit += kPeekStep;
+    }
+    const bool tooLong = length == 0;
+    if (tooLong) length = static_cast<std::size_t>(peeked);
+    if (!tooLong && buffer[length - 1] != '\n')
+        DbgVsprintf(kFuncName, "WARNING: Line does not end in LineFeed! (read %d of %d max)", peeked,
+                    static_cast<int>(limit));
+    if (!TakeExactly(socket, {buffer.get(), length}, waiting)) {
+        const int error = platform::LastSocketError();
+        DbgVsprintf(kFuncName, "ERROR. After PEEK, call to recv(%x) Failed . %d:%s", static_cast<unsigned>(socket),
+                    error, GetWsaErrorText(error).c_str());
+        return SOCKET_ERROR;
+    }
+    line.assign(buffer.get(), length);
+    gUnfinishedLine = !tooLong && line.back() != '\n' ? socket : platform::kNoSocket;
+    if (!tooLong) return 1;
+    DoPrintIdArgs(MSG_REPLY_TOO_LONG, static_cast<unsigned>(kLongestReplyLine));
+    return SkipToLineFeed(socket, waiting) ? 1 : SOCKET_ERROR;
+}
+
+void TraceLineCode(const std::string& line, bool before, bool after) {
+    constexpr char kFuncName[] = "ReadOneLine";
+    if (!gTrace.Any()) return;
+    const bool digits =
+        line.size() >= 3 && std::all_of(line.begin(), line.begin() + 3, [](char c) { return c >= '0' && c <= '9'; });
+    if (!digits)
+        before
+            ? DbgVsprintf(kFuncName, "WARNING. Can't determine Return Code from a Continue'd Line. (%s)", line.c_str())
+            : DbgVsprintf(kFuncName, "ERROR. Can't determine Return Code AND Not a Continue Line. (%s)", line.c_str());
+    else if (after)
+        DbgVsprintf(kFuncName, "%s", before ? "CONTINUE Line." : "Begin CONTINUE Line.");
+    else
+        DbgVsprintf(kFuncName, "%s", before ? "End CONTINUE Line." : "Single Line.");
+}
+
+int ReadLine(Site* site, std::span<char> buffer, int& maximumBytes, int& lineCode, bool& continuing, Waiting waiting) {
+    constexpr char kFuncName[] = "ReadOneLine";
+    lineCode = 0;
+    if (!HasControlSocket(site)) {
+        DbgVsprintf(kFuncName, "ERROR. Control Socket is INVALID. Returning SOCKET_ERROR");
+        return SOCKET_ERROR;
+    }
+    std::string line;
+    const int status = TakeLine(site->pSock->ctrl_skt, line, waiting);
+    if (status != 1) return status;
+    const auto received = static_cast<int>(line.size());
+    const bool before = continuing;
+    lineCode = ReplyLineCode(line, continuing);
+    // A NUL would end the text for everybody else.
+    std::replace(line.begin(), line.end(), '\0', ' ');
+    while (line.size() > 2 && (line.back() == '\r' || line.back() == '\n' || line.back() == ' ')) line.pop_back();
+    TraceLineCode(line, before, continuing);
+    const int capacity = static_cast<int>(std::min<std::size_t>(buffer.size(), kLongestReplyLine + 1)) - 1;
+    maximumBytes = std::min(maximumBytes, std::max(capacity, 0));
+    if (received > maximumBytes) {
+        if (line.size() > static_cast<std::size_t>(maximumBytes)) line.resize(static_cast<std::size_t>(maximumBytes));
+        lineCode = FTP_INSUFFICIENT_BUFFER;
+    } else {
+        maximumBytes = received;
+    }
+    SetReply(buffer, line);
+    return 1;
+}
+
+// One line of a reply goes to the console: the router decides, and inner lines without a code are forced onto it.
+void ShowReplyLine(const char* line, bool inner) {
+    OutPutPrint(line);
+    if (inner && !gInnerLinesSuppressed && gTrace.verbose && !IsReplyLine(line)) PrintToConsole(line);
+}
+
+int ResultOfCode(int code) {
+    const int result = ReplyClass(code);
+    if (result == 0)
+        DbgVsprintf("ReadDisplayLine", "ERROR. nRC:%d Out of Range(100-599). Return Code will be ZERO", code);
+    return result;
+}
+
+// A reply without end: whatever follows could not be told from the reply to the next command.
+void DropBrokenServer(Site* site) {
+    AbandonStoredSocket(site->pSock->ctrl_skt);
+    if (!gSession.connecting) LoseControlConnection("ReadDisplayLine", site);
+}
+
+// Reads a whole reply; an undisturbed one within `milliseconds`.
+int ReadReply(Site* site, ReplyBuffer reply, Waiting waiting, std::uint32_t milliseconds, bool continuing = false) {
+    constexpr char kFuncName[] = "ReadDisplayLine";
+    if (!HasControlSocket(site) || reply.empty()) return 0;
+    const std::size_t size = reply.size();
+    const std::unique_ptr<char[]> work(new (std::nothrow) char[size + 1]());
+    if (work == nullptr) return 0;
+    const std::uint32_t startedAt = platform::TickCount();
+    std::string joined;
+    int replyCode = 0;
+    std::size_t bytes = 0;
+    for (int number = 1;; ++number) {
+        if (waiting == Waiting::Undisturbed) {
+            const std::uint32_t elapsed = platform::TickCount() - startedAt;
+            if (elapsed >= milliseconds || platform::WaitReadable(site->pSock->ctrl_skt, milliseconds - elapsed) <= 0)
+                return SOCKET_ERROR;
+        }
+        int lineCode = 0;
+        auto taken = static_cast<int>(size);
+        const int status = ReadLine(site, {work.get(), size + 1}, taken, lineCode, continuing, waiting);
+        if (status != 1) return status;
+        const std::string_view line = work.get();
+        bytes += line.size();
+        if (number == 1) {
+            joined.assign(line.substr(0, size - 1));
+            replyCode = lineCode;
+        } else {
+            if (joined.size() + line.size() > size)
+                DbgVsprintf(kFuncName, "WARNING. Line is too large to cat to end of pszLine. Loop:%d", number);
+            JoinReplyLine(joined, line, size);
+        }
+        SetReply(reply, joined);
+        ShowReplyLine(work.get(), continuing);
+        if (!continuing) return ResultOfCode(replyCode);
+        if (number >= kMostReplyLines || bytes > kMostReplyBytes) {
+            DoPrintIdArgs(MSG_REPLY_TOO_LONG, static_cast<unsigned>(bytes));
+            DropBrokenServer(site);
+            return SOCKET_ERROR;
+        }
+    }
+}
+
+}  // namespace
+
+bool LineIsUnfinished(platform::Socket socket) {
+    return gUnfinishedLine == socket;
+}
+
+void DropRestOfLine(platform::Socket socket) {
+    if (gUnfinishedLine != socket) return;
+    gUnfinishedLine = platform::kNoSocket;
+    std::array<char, 4096> piece;
+    for (std::size_t dropped = 0; dropped < kMostReplyBytes;) {
+        if (platform::WaitReadable(socket, kRestOfLineMilliseconds) != 1) return;
+        const int peeked = platform::Peek(socket, piece);
+        if (peeked <= 0) return;
+        const std::string_view bytes(piece.data(), static_cast<std::size_t>(peeked));
+        const std::size_t lineFeed = bytes.find('\n');
+        const std::size_t taken = lineFeed == std::string_view::npos ? bytes.size() : lineFeed + 1;
+        if (!TakeExactly(socket, std::span(piece).first(taken), Waiting::Undisturbed)) return;
+        DbgVsprintf("DropRestOfLine", "WARNING. %d bytes came after their line was read", static_cast<int>(taken));
+        if (lineFeed != std::string_view::npos) return;
+        dropped += taken;
+    }
+}
+
+void SuppressInnerReplyLines(bool suppress) {
+    gInnerLinesSuppressed = suppress;
+}
+
+int ReadOneLine(Site* site, std::span<char> buffer, int& maximumBytes, int& lineCode, bool& continuing) {
+    return ReadLine(site, buffer, maximumBytes, lineCode, continuing, Waiting::Cancellable);
+}
+
+int ReadDisplayLine(Site* site, ReplyBuffer line) {
+    return ReadReply(site, line, Waiting::Cancellable, 0);
+}
+
+int ReadReplyWithin(Site* site, ReplyBuffer reply, std::uint32_t milliseconds) {
+    return ReadReply(site, reply, Waiting::Undisturbed, milliseconds);
+}
+
+int ReadReplyEnd(Site* site, ReplyBuffer reply) {
+    return ReadReply(site, reply, Waiting::Cancellable, 0, true);
+}
+
+int ReadDisplayServerStat(Site* site, void (*addLine)(void* context, const char* line), void* context) {
+    if (!HasControlSocket(site)) return 0;
+    std::array<char, kReplySize + 1> line{};
+    // Set once: every later line is cut to the shortest line before it, as wanted.
+    int maximumBytes = kReplySize;
+    int replyCode = 0;
+    bool continuing = false;
+    for (int number = 1;; ++number) {
+        int lineCode = 0;
+        const int status = ReadOneLine(site, line, maximumBytes, lineCode, continuing);
+        if (status != 1) return status;
+        if (number == 1) replyCode = lineCode;
+        addLine(context, line.data());
+        if (!continuing) return replyCode;
+        if (number >= kMostReplyLines) {
+            DropBrokenServer(site);
+            return SOCKET_ERROR;
+        }
+    }
+}

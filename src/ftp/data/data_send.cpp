@@ -1,0 +1,245 @@
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <string>
+#include <string_view>
+
+#include "config/settings.h"
+#include "foundation/catalogue.h"
+#include "foundation/error_report.h"
+#include "foundation/foundation_view.h"
+#include "foundation/message_ids.h"
+#include "foundation/text_helpers.h"
+#include "foundation/trace.h"
+#include "ftp/control/late_reply.h"
+#include "ftp/data/data_accept.h"
+#include "ftp/data/data_connection.h"
+#include "ftp/data/data_copy.h"
+#include "ftp/data/transfer_buffer.h"
+#include "ftp/errors/error_texts.h"
+#include "ftp/login/login.h"
+#include "ftp/worker/beeps.h"
+#include "ftp/worker/blocking_call.h"
+#include "ftp/worker/session_state.h"
+#include "ftp/worker/session_view.h"
+#include "platform/clock.h"
+#include "platform/system.h"
+
+namespace {
+
+// What a listing and a record can describe.
+constexpr std::uint64_t kLargestUpload = UINT32_MAX;
+constexpr std::uint32_t kErrorHandleEof = 38;
+
+std::string LocalPath(const TransferNode& node) {
+    return node.pszLocation.c_str() + std::string(1, platform::kPathSeparator) + node.pszLocalName.c_str();
+}
+
+BoxAnswer AskAboutOpening(const TransferNode& node, std::uint32_t error) {
+    const OwnedText text =
+        Zarn_ResVsprintf(MSG_CANNOT_OPEN_LOCAL_FILE, node.pszLocalName.c_str(), platform::SystemErrorText(error));
+    const std::string caption = CatalogueText(MSG_TRANSFER_ERROR_CAPTION);
+    return ShowMessageBox(text.c_str(), caption.c_str(), BoxButtons::AbortRetryIgnore, BoxIcon::Exclamation);
+}
+
+bool IsTooBigToSend(const TransferNode& node, std::uint64_t size) {
+    if (size <= kLargestUpload) return false;
+    const std::string digits = GroupDigits(std::to_string(size));
+    DoPrintIdArgs(MSG_FILE_TOO_BIG_TO_SEND, node.pszLocalName.c_str(), digits);
+    const OwnedText text = Zarn_ResVsprintf(MSG_BOX_FILE_TOO_BIG_TO_SEND, node.pszLocalName.c_str(), digits);
+    ShowMessageBox(text.c_str(), nullptr, BoxButtons::Ok, BoxIcon::Exclamation);
+    return true;
+}
+
+int SendBytes(Site* site, std::span<const char> bytes, std::uint64_t sentBefore, TransferProgressMeter& meter) {
+    const platform::Socket socket = site->pSock->data_skt;
+    std::span<const char> rest = bytes;
+    while (!rest.empty()) {
+        int sent = 0;
+        {
+            const BlockingCall call(socket);
+            sent = StopRequested() ? -1 : platform::Send(socket, rest);
+        }
+        if (sent < 0) {
+            DbgPrintSocketError("DlgSendBuffer", "send", socket, 0);
+            return SOCKET_ERROR;
+        }
+        if (sent == 0) return FTP_ERROR;
+        rest = rest.subspan(static_cast<std::size_t>(sent));
+        meter.Moved(sentBefore + (bytes.size() - rest.size()));
+    }
+    return FTP_COMPLETE;
+}
+
+// One piece of the file; false ends the loop.
+bool SendPiece(Site* site, platform::FileHandle file, TransferBuffer& buffer, std::uint64_t size,
+               TransferProgressMeter& meter, CopyOutcome& outcome) {
+    const std::uint64_t rest = size - static_cast<std::uint64_t>(outcome.bytes);
+    const std::size_t wanted = static_cast<std::size_t>(std::min<std::uint64_t>(buffer.size(), rest));
+    const int read = platform::ReadFile(file, {buffer.data(), wanted});
+    if (read <= 0) {
+        // Shorter than it was when it was opened: as bad as unreadable.
+        outcome.localError = read < 0 ? std::max(platform::LastSystemError(), 1u) : kErrorHandleEof;
+        DbgVsprintf("DlgSendMass", "ERROR. Call to ReadFile(%x, %x, %d, ...) Returned ZERO . Breaking Loop:%d",
+                    static_cast<unsigned>(file), static_cast<unsigned>(site->pSock->data_skt.load()),
+                    static_cast<int>(wanted), static_cast<int>(outcome.bytes));
+        return false;
+    }
+    const std::span<const char> bytes(buffer.data(), static_cast<std::size_t>(read));
+    if (SendBytes(site, bytes, static_cast<std::uint64_t>(outcome.bytes), meter) != FTP_COMPLETE) {
+        outcome.socketError = platform::LastSocketError();
+        return false;
+    }
+    outcome.bytes += read;
+    return true;
+}
+
+// After the last byte: tells the server that the file ends here, reads its verdict, then closes. In this order nothing
+// waits in a close that cannot be cancelled.
+bool FinishSending(Site* site, ReplyBuffer reply, const CopyOutcome& outcome) {
+    constexpr char kFuncName[] = "DlgSendFile";
+    SocketRecord& record = *site->pSock;
+    if (!outcome.reachedEnd) {
+        // Not in order: the server must not take half a file for a whole one.
+        AbandonStoredSocket(record.data_skt);
+        if (StopRequested())
+            SettleCancelledTransfer(kFuncName, site, reply);
+        else
+            ReadFinalReply(kFuncName, site, reply);
+        return false;
+    }
+    platform::ShutdownSocket(record.data_skt, platform::ShutdownHow::Send);
+    const int result = ReadFinalReply(kFuncName, site, reply);
+    // Without its word that it has everything, the server may never read what is still on its way.
+    if (result == FTP_COMPLETE)
+        CloseStoredSocket(record.data_skt, CloseHow::Send);
+    else
+        AbandonStoredSocket(record.data_skt);
+    return result == FTP_COMPLETE;
+}
+
+// The name that the server chose, which its answer to STOU tells (RFC 1123, section 4.1.2.9); empty when it does not.
+std::string UniqueName(std::string_view answer) {
+    constexpr std::string_view kMark = "file: ";
+    const std::size_t mark = AsciiLower(answer).find(kMark);
+    if (mark == std::string::npos) return {};
+    std::string_view path = answer.substr(mark + kMark.size());
+    // The lines of a long answer stand side by side; the next one begins with the code.
+    if (answer[3] == '-') path = path.substr(0, path.find(std::string(answer.substr(0, 3)) + ' '));
+    std::string name(path.substr(path.find_last_of('/') + 1));
+    StripTrailing(name, "\r\n ");
+    return name;
+}
+
+bool SendFileOnConnection(Site* site, TransferNode& node, ReplyBuffer reply, char type, const std::atomic<bool>& abort,
+                          platform::FileHandle file, std::uint64_t size, SendFailure& failure) {
+    constexpr char kFuncName[] = "DlgSendFile";
+    SetRepresentationType(site, reply, type);
+    const int listening = GetFTPListenSocket(site, reply);
+    if (listening != FTP_COMPLETE) {
+        DbgVsprintf(kFuncName, "ERROR. Call to GetFTPListenSocket() Failed. Returning %d", listening);
+        node.iRetCode = listening;
+        return false;
+    }
+    const char* name = !node.pszRemoteName.empty() ? node.pszRemoteName.get() : node.pszLocalName.get();
+    // A command that is too long is refused where it is sent; here it keeps its whole length.
+    const std::size_t longest = std::strlen(name) + sizeof "STOU ";
+    const std::string line = gZarn.SENDUNIQUE != 0 ? FormatBounded(kFuncName, longest, "STOU %s", name)
+                                                   : FormatBounded(kFuncName, longest, "STOR %s", name);
+    const int opened = OpenDataConnection(kFuncName, site, reply, line.c_str(), abort);
+    if (opened != kDataConnectionOpen) {
+        node.iRetCode = opened;
+        return false;
+    }
+    if (gZarn.SENDUNIQUE != 0) node.pszStoredName = OwnedText::Copy(UniqueName(reply.data()));
+    const CopyOutcome outcome = SendOpenFile(site, file, size);
+    failure.localError = outcome.localError;
+    const bool sent = FinishSending(site, reply, outcome);
+    node.iRetCode = sent ? FTP_COMPLETE : FTP_ERROR;
+    return sent;
+}
+
+}  // namespace
+
+platform::FileHandle OpenFileToSend(TransferNode& node, BoxAnswer& answer) {
+    constexpr char kFuncName[] = "DlgSendMass";
+    const std::string path = LocalPath(node);
+    for (;;) {
+        const platform::FileHandle file = platform::OpenFile(path.c_str(), {});
+        if (file != platform::kNoFile) return file;
+        const std::uint32_t error = platform::LastSystemError();
+        BeepOnFailure();
+        DbgFileCreateError(kFuncName, path.c_str(), error);
+        answer = AskAboutOpening(node, error);
+        if (answer == BoxAnswer::Retry) continue;
+        node.iRetCode = FTP_ERROR;
+        return platform::kNoFile;
+    }
+}
+
+CopyOutcome SendOpenFile(Site* site, platform::FileHandle file, std::uint64_t size) {
+    CopyOutcome outcome;
+    outcome.bytes = 0;
+    TransferBuffer buffer(gZarn.port.packetSize);
+    TransferProgressMeter meter(true, size);
+    const std::uint32_t startedAt = platform::TickCount();
+    while (static_cast<std::uint64_t>(outcome.bytes) < size)
+        if (StopRequested() || !SendPiece(site, file, buffer, size, meter, outcome)) break;
+    const std::uint32_t elapsed = platform::TickCount() - startedAt;
+    const auto bytes = static_cast<std::uint64_t>(outcome.bytes);
+    outcome.reachedEnd = bytes == size;
+    meter.Finished(bytes);
+    PrintStatistics(SendStatistics(bytes, elapsed, outcome.reachedEnd), bytes);
+    return outcome;
+}
+
+bool DlgSendMass(Site* site, TransferNode& node) {
+    BoxAnswer answer = BoxAnswer::None;
+    const platform::FileHandle file = OpenFileToSend(node, answer);
+    if (file == platform::kNoFile) return false;
+    std::uint64_t size = 0;
+    const bool sent = platform::GetFileSize(file, size) && SendOpenFile(site, file, size).reachedEnd;
+    platform::CloseFile(file);
+    return sent;
+}
+
+int DlgSendBuffer(Site* site, const char* buffer, std::uint32_t length, std::uint64_t sentBefore, std::uint64_t total) {
+    if (buffer == nullptr || site == nullptr || site->pSock == nullptr) return FTP_ERROR;
+    TransferProgressMeter meter(true, std::max<std::uint64_t>(total, 1));
+    if (length == 0 || total == 0 || length > total) meter.Finished(std::max<std::uint64_t>(total, 1));
+    return SendBytes(site, {buffer, length}, sentBefore, meter);
+}
+
+bool DlgSendFile(Site* site, TransferNode& node, ReplyBuffer reply, char type, const std::atomic<bool>& abort,
+                 SendFailure* failure) {
+    constexpr char kFuncName[] = "DlgSendFile";
+    if (node.pszLocalName.empty() || node.pszLocation.empty() || node.pszDestination.empty()) {
+        DbgVsprintf(kFuncName, "ERROR. Entered with Bad Parameter. Returning FALSE");
+        node.iRetCode = FTP_ERROR;
+        return false;
+    }
+    if (!HasControlSocket(site)) {
+        DoPrintIdArgs(MSG_NO_CONTROL_SOCKET);
+        node.iRetCode = SOCKET_ERROR;
+        return false;
+    }
+    SendFailure unused;
+    SendFailure& why = failure != nullptr ? *failure : unused;
+    // The file is opened before the server is asked to replace its own.
+    const platform::FileHandle file = OpenFileToSend(node, why.answer);
+    why.told = file == platform::kNoFile;
+    if (why.told) return false;
+    std::uint64_t size = 0;
+    bool sent = false;
+    node.iRetCode = FTP_ERROR;
+    if (!platform::GetFileSize(file, size)) {
+        why.localError = std::max(platform::LastSystemError(), 1u);
+    } else if (IsTooBigToSend(node, size)) {
+        why.told = true;
+        why.answer = BoxAnswer::Ok;
+    } else {
+        sent = SendFileOnConnection(site, node, reply, type, abort, file, size, why);
+    }
+    platform::CloseFile(file);
+    return sent;
+}

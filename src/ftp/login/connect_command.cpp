@@ -1,0 +1,128 @@
+#include <mutex>
+#include <string>
+
+#include "config/host_types.h"
+#include "config/initial_dirs.h"
+#include "foundation/catalogue.h"
+#include "foundation/foundation_view.h"
+#include "foundation/message_ids.h"
+#include "foundation/trace.h"
+#include "ftp/control/control_connection.h"
+#include "ftp/control/remote_commands.h"
+#include "ftp/login/connect_failure.h"
+#include "ftp/login/login.h"
+#include "ftp/worker/session_state.h"
+#include "ftp/worker/session_view.h"
+
+namespace {
+
+std::mutex gFailureLock;
+std::string gFailure;
+
+void SetStatusText(std::string_view text) {
+    if (gSessionView.setStatusText != nullptr) gSessionView.setStatusText(std::string(text).c_str());
+}
+
+void RefuseSecondConnection() {
+    const std::string text = CatalogueText(MSG_ALREADY_CONNECTED);
+    DoPrintIdArgs(MSG_ALREADY_CONNECTED);
+    SetStatusText(text);
+    ShowMessageBox(text.c_str(), nullptr, BoxButtons::Ok, BoxIcon::Exclamation);
+}
+
+void ReportFailure() {
+    std::string text = CatalogueText(MSG_CONNECTION_FAILED);
+    SetStatusText(text);
+    // The user who stopped it knows why.
+    if (gSession.aborting || gSession.exiting) return;
+    const std::string reason = ConnectFailure();
+    if (!reason.empty()) text += "\n\n" + reason;
+    ShowMessageBox(text.c_str(), nullptr, BoxButtons::Ok, BoxIcon::Exclamation);
+}
+
+// The connection stays open, unless the answer is outstanding: it would be taken for the next command's.
+void ReportUnknownDirectory(Site* site) {
+    if (gSession.aborting || gSession.exiting) return;
+    if (StopRequested()) {
+        AbandonStoredSocket(site->pSock->ctrl_skt);
+        site->bConnected = 0;
+    }
+    const std::string text = CatalogueText(MSG_GET_REMOTE_DIRECTORY_FAILED);
+    ShowMessageBox(text.c_str(), nullptr, BoxButtons::Ok, BoxIcon::Exclamation);
+}
+
+// Remembered with the time of its use: the tree offers it from the next connection on.
+void RememberDirectory(Site* site) {
+    LoadInitDirectories(site);
+    SaveInitDirectories(site);
+}
+
+OwnedText FirstDirectory(Site* site) {
+    if (site->pszDir.empty()) return GetRemoteDirectory(site);
+    char reply[kReplySize] = {};
+    int result = 0;
+    if (ChangeRemoteDirectory(site, site->pszDir.get(), reply, &result, false)) {
+        RememberDirectory(site);
+        return OwnedText::Copy(site->pszDir.view());
+    }
+    // After a time-out the answer is still to come: it would be taken for the next one.
+    return StopRequested() ? OwnedText() : GetRemoteDirectory(site);
+}
+
+}  // namespace
+
+void NoteConnectFailure(std::string_view reason) {
+    const std::lock_guard guard(gFailureLock);
+    gFailure.assign(reason);
+}
+
+std::string ConnectFailure() {
+    const std::lock_guard guard(gFailureLock);
+    return gFailure;
+}
+
+char RemoteSeparator(const char* firstDirectory) {
+    const std::string_view path = firstDirectory != nullptr ? firstDirectory : "";
+    const bool backslashes = path.find('\\') != std::string_view::npos;
+    return backslashes && path.find('/') == std::string_view::npos ? '\\' : '/';
+}
+
+bool Zarn_HandleConnect(Site* site) {
+    constexpr char kFuncName[] = "Zarn_HandleConnect";
+    if (site == nullptr || site->pSock == nullptr || site->dwCurType == HOST_TYPE_LOCAL) return false;
+    if (gSessionView.siteHasNode != nullptr && !gSessionView.siteHasNode(site)) return false;
+    if (HasControlSocket(site)) {
+        RefuseSecondConnection();
+        return false;
+    }
+    SetStatusText(Zarn_ResVsprintf(MSG_CONNECTING_TO_SITE, site->pszSessionName.c_str()).view());
+    if (!DoConnect(site)) {
+        ReportFailure();
+        return false;
+    }
+    OwnedText directory = FirstDirectory(site);
+    if (!directory) {
+        DbgVsprintf(kFuncName, "ERROR. The current directory is unknown. Returning FALSE");
+        SetStatusText("");
+        ReportUnknownDirectory(site);
+        return false;
+    }
+    site->chSeparator = static_cast<unsigned char>(RemoteSeparator(directory.get()));
+    site->pszCurrentDir = std::move(directory);
+    return true;
+}
+
+void Zarn_IdmConnect(Site* site) {
+    SetConnecting(true);
+    gSession.activeSite = site;
+    SetStatusText(CatalogueText(MSG_CONNECTING));
+    if (Zarn_HandleConnect(site)) {
+        SetStatusText(CatalogueText(MSG_DETERMINING_ROOT));
+        SuppressInnerReplyLines(true);
+        const std::string directory = site->pszCurrentDir.c_str();
+        if (gSessionView.showFirstDirectory != nullptr) gSessionView.showFirstDirectory(site, directory.c_str());
+        SuppressInnerReplyLines(false);
+        SetStatusText("");
+    }
+    SetConnecting(false);
+}

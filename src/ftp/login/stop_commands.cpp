@@ -1,0 +1,167 @@
+#include <string>
+
+#include "config/settings.h"
+#include "foundation/catalogue.h"
+#include "foundation/foundation_view.h"
+#include "foundation/message_ids.h"
+#include "foundation/trace.h"
+#include "ftp/control/control_connection.h"
+#include "ftp/login/login.h"
+#include "ftp/worker/session_state.h"
+#include "ftp/worker/session_view.h"
+#include "ftp/worker/worker.h"
+
+namespace {
+
+constexpr std::uint32_t kStopMilliseconds = 4000;
+constexpr std::uint32_t kForcedStopMilliseconds = 500;
+
+void RefreshWindow() {
+    if (gSessionView.refreshWindow != nullptr) gSessionView.refreshWindow();
+}
+
+void SetStatusText(const OwnedText& text) {
+    if (gSessionView.setStatusText != nullptr) gSessionView.setStatusText(text.c_str());
+}
+
+bool IsOpen(const std::atomic<platform::Socket>& stored) {
+    return stored.load() != platform::kNoSocket;
+}
+
+// Ends the worker. One that does not end in time loses its sockets, so that whatever it does next fails; true then.
+bool EndWorker(Site* site) {
+    if (StopWorker(kStopMilliseconds) || site == nullptr || site->pSock == nullptr) return false;
+    DoPrintIdArgs(MSG_KILLING_ACTIVE_THREAD);
+    CloseStoredSocket(site->pSock->data_skt, CloseHow::Receive);
+    CloseStoredSocket(site->pSock->listen_skt, CloseHow::None);
+    CloseStoredSocket(site->pSock->ctrl_skt, CloseHow::Send);
+    site->bConnected = 0;
+    StopWorker(kForcedStopMilliseconds);
+    return true;
+}
+
+// The worker closes its own data connection and listener on its way out; what is still open is closed here. The order
+// is data connection (how = receive), listener, control connection.
+void CloseTransferSockets(SocketRecord& record, bool hadData) {
+    CloseStoredSocket(record.data_skt, CloseHow::Receive);
+    if (hadData) DoPrintIdArgs(MSG_WAITING_FOR_ABORT_RESPONSE);
+    CloseStoredSocket(record.listen_skt, CloseHow::None);
+}
+
+// The reply is not waited for.
+void SayGoodbye(Site* site) {
+    if (!HasControlSocket(site)) return;
+    char errorText[kReplySize] = {};
+    SendPacket(site, "QUIT", errorText);
+    CloseStoredSocket(site->pSock->ctrl_skt, CloseHow::Send);
+    site->bConnected = 0;
+}
+
+}  // namespace
+
+void Zarn_Abort() {
+    constexpr char kFuncName[] = "Zarn_Abort";
+    if (!OperationRunning()) return;
+    DoPrintIdArgs(MSG_ABORTING_REMOTE_THREAD);
+    DoPrintIdArgs(MSG_ABORT_MAY_FAIL);
+    Site* site = gSession.activeSite;
+    const bool hasRecord = site != nullptr && site->pSock != nullptr;
+    bool wasConnecting = gSession.connecting;
+    const bool hadData = hasRecord && IsOpen(site->pSock->data_skt);
+    AnnounceStop();
+    SetAborting(true);
+    SetTransferAbort(true);
+    const bool forced = EndWorker(site);
+    const bool lost = TakeUntoldLoss() || forced;
+    // A connect that had only just begun leaves its half-made connection.
+    wasConnecting = wasConnecting || (hasRecord && HasControlSocket(site) && site->bConnected == 0);
+    if (hasRecord) CloseTransferSockets(*site->pSock, hadData);
+    if (wasConnecting) {
+        if (hasRecord) {
+            SayGoodbye(site);
+            site->bConnected = 0;
+        }
+        DoPrintIdArgs(MSG_REMOTE_CONNECT_ABORTED);
+        SetConnecting(false);
+    } else {
+        DoPrintIdArgs(MSG_REMOTE_OPERATION_ABORTED);
+    }
+    SetAborting(false);
+    RefreshWindow();
+    if (!wasConnecting && lost) TellServerReset(kFuncName, site);
+}
+
+void Zarn_IdmDisconnect(Site* site) {
+    if (site == nullptr || site->pSock == nullptr) return;
+    if (gSessionView.siteHasNode != nullptr && !gSessionView.siteHasNode(site)) return;
+    SetStatusText(Zarn_ResVsprintf(MSG_DISCONNECTING_FROM, site->pszSessionName.c_str()));
+    const bool running = WorkerRunning();
+    AnnounceStop();
+    site->bConnected = 0;
+    EndWorker(site);
+    site->bConnected = 0;  // a log-in may have ended well just before it was stopped
+    SetConnecting(true);
+    // What was stopped may have left bytes on their way that the server never takes.
+    if (running) SetAborting(true);
+    CloseStoredSocket(site->pSock->ctrl_skt, CloseHow::Send);
+    if (running) SetAborting(false);
+    SetBusy(true);
+    site->pszCurrentDir.reset();
+    site->lastCommandTicks = 0;
+    if (gSessionView.showDisconnected != nullptr) gSessionView.showDisconnected(site);
+    SetBusy(false);
+    SetConnecting(false);
+    SetStatusText(Zarn_ResVsprintf(MSG_DISCONNECTED_FROM, site->pszSessionName.c_str()));
+}
+
+void Zarn_IdmExit(Site* site, unsigned commandId) {
+    const bool leaving = commandId == kExitCommand;
+    const bool running = OperationRunning();
+    if (running) AnnounceStop();
+    if (leaving) gSession.exiting = true;
+    SetTransferAbort(true);
+    const bool hasRecord = site != nullptr && site->pSock != nullptr;
+    const bool wasConnected = hasRecord && site->bConnected != 0;
+    const bool hadData = hasRecord && IsOpen(site->pSock->data_skt);
+    if (running) {
+        // Before the disconnect, which would stop it without a word.
+        DoPrintIdArgs(MSG_ABORTING_BEFORE_EXIT);
+        if (hasRecord) site->bConnected = 0;
+        EndWorker(site);
+        SetConnecting(false);
+    }
+    if (wasConnected) Zarn_IdmDisconnect(site);
+    if (hasRecord) {
+        CloseTransferSockets(*site->pSock, hadData);
+        SayGoodbye(site);
+    }
+    RefreshWindow();
+    if (gZarn.SAVEONEXIT != 0 && gSessionView.saveConfiguration != nullptr) gSessionView.saveConfiguration();
+    if (leaving) {
+        if (gSessionView.closeProgram != nullptr) gSessionView.closeProgram();
+        return;
+    }
+    RefreshWindow();
+}
+
+void TellServerReset(const char* callerName, Site* site) {
+    if (site == nullptr) return;
+    Site* previous = gSession.activeSite.exchange(site);
+    DbgVsprintf("Zarn_HandleFtpReset", "Entered from %s", callerName != nullptr ? callerName : "");
+    DoPrintIdArgs(MSG_SERVER_ABORTED_CONNECTION);
+    const std::string text = CatalogueText(MSG_SERVER_ABORTED_CONNECTION);
+    ShowMessageBox(text.c_str(), nullptr, BoxButtons::Ok, BoxIcon::Stop);
+    if (gSessionView.postDisconnect != nullptr) gSessionView.postDisconnect(site);
+    gSession.activeSite = previous;
+}
+
+void Zarn_HandleFtpReset(const char* callerName, Site* site) {
+    if (site == nullptr) site = gSession.activeSite;
+    if (site == nullptr) return;
+    // A lost connection is told once.
+    if (!HasControlSocket(site) && site->bConnected == 0) {
+        DbgVsprintf("Zarn_HandleFtpReset", "WARNING. %s is closed already. Returning", site->pszHost.c_str());
+        return;
+    }
+    TellServerReset(callerName, site);
+}

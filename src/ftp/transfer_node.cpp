@@ -1,5 +1,0 @@
-#include "ftp/transfer_node.h"
-
-void Zarn_FreeTransferNode(TransferNode* node) {
-    delete node;
-}

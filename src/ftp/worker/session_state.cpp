@@ -1,0 +1,50 @@
+#include "ftp/worker/session_state.h"
+
+#include "foundation/trace.h"
+#include "ftp/worker/session_view.h"
+
+SessionState gSession;
+SessionView gSessionView;
+
+namespace {
+
+void ChangeFlag(std::atomic<bool>& flag, bool value, const char* funcName) {
+    if (flag.exchange(value) == value) return;
+    DbgVsprintf(funcName, "%s", value ? "set" : "cleared");
+    if (gSessionView.refreshWindow != nullptr) gSessionView.refreshWindow();
+}
+
+}  // namespace
+
+void SetBusy(bool busy) {
+    ChangeFlag(gSession.busy, busy, "SetBusy");
+}
+void SetConnecting(bool connecting) {
+    ChangeFlag(gSession.connecting, connecting, "SetConnecting");
+}
+void SetAborting(bool aborting) {
+    ChangeFlag(gSession.aborting, aborting, "SetAborting");
+}
+
+void SetTransferAbort(bool abort) {
+    if (!abort) gSession.timedOut = false;
+    if (gSession.transferAbort.exchange(abort) != abort)
+        DbgVsprintf("SetTransferAbort", "%s", abort ? "set" : "cleared");
+}
+
+void SetTransferTimedOut() {
+    // What a user has aborted before stays aborted.
+    if (gSession.transferAbort) return;
+    gSession.timedOut = true;
+    SetTransferAbort(true);
+}
+
+bool OperationRunning() {
+    return gSession.busy || gSession.connecting || gSession.aborting;
+}
+bool StopRequested() {
+    return gSession.transferAbort || gSession.aborting || gSession.exiting;
+}
+bool StoppedByTimeOut() {
+    return gSession.timedOut && !gSession.aborting && !gSession.exiting;
+}

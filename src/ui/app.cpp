@@ -1,7 +1,0 @@
-#include "ui/app.h"
-
-App gApp;
-
-int Scaled(int pixelsAt96) {
-    return MulDiv(pixelsAt96, static_cast<int>(gApp.dpi), 96);
-}

@@ -1,0 +1,38 @@
+#include "ui/bars/status_layout.h"
+
+#include <algorithm>
+
+namespace {
+
+struct PartWidth {
+    int wanted;    // pixels at 96 dpi; of the message: what it is left before others give way
+    int smallest;  // what the part keeps in any case
+};
+// Message, links, bell, unique names, transfer type, local folder, selection.
+constexpr std::array<PartWidth, kStatusParts> kWidths = {
+    {{160, 100}, {66, 66}, {56, 56}, {76, 76}, {62, 62}, {210, 90}, {218, 130}}};
+constexpr std::array<std::size_t, 3> kGiveWay = {5, 6, 0};
+constexpr int kUsualDpi = 96;
+
+}  // namespace
+
+std::array<int, kStatusParts> StatusPartEdges(int width, int dpi) {
+    const auto scaled = [dpi](int pixels) { return (pixels * dpi + kUsualDpi / 2) / kUsualDpi; };
+    std::array<int, kStatusParts> widths{};
+    int missing = -width;
+    for (std::size_t part = 0; part < kWidths.size(); ++part) {
+        widths[part] = scaled(kWidths[part].wanted);
+        missing += widths[part];
+    }
+    for (const std::size_t part : kGiveWay) {
+        const int given = std::clamp(widths[part] - scaled(kWidths[part].smallest), 0, std::max(missing, 0));
+        widths[part] -= given;
+        missing -= given;
+    }
+    widths[0] += std::max(-missing, 0);
+    std::array<int, kStatusParts> edges{};
+    int edge = 0;
+    for (std::size_t part = 0; part < widths.size(); ++part) edges[part] = edge += widths[part];
+    edges.back() = -1;
+    return edges;
+}

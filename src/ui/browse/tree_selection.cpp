@@ -1,0 +1,297 @@
+#include "ui/browse/tree_selection.h"
+
+#include <memory>
+#include <string>
+
+#include "config/initial_dirs.h"
+#include "foundation/trace.h"
+#include "ftp/control/control_connection.h"
+#include "ftp/worker/session_state.h"
+#include "ftp/worker/session_view.h"
+#include "ftp/worker/worker.h"
+#include "listing/listing_driver.h"
+#include "resources/resource.h"
+#include "ui/browse/local_computer.h"
+#include "ui/panes/list_pane.h"
+#include "ui/panes/tree_pane.h"
+#include "ui/screen/app.h"
+#include "ui/screen/ui_calls.h"
+#include "ui/window/main_window.h"
+
+namespace {
+
+constexpr UINT kBusyDelay = 50;  // milliseconds until a selection made during an operation is looked at again
+
+TVobject* gCurrent = nullptr;  // the node last handled
+TVobject* gPending = nullptr;  // the node that the selection is moving to
+bool gActsAtOnce = false;      // the program selects, not the keyboard: nothing to coalesce
+bool gOnlySelects = false;     // the selection moves without being acted on
+bool gWaitsForOperation = false;
+
+unsigned Address(const void* pointer) {
+    return static_cast<unsigned>(reinterpret_cast<std::uintptr_t>(pointer));
+}
+
+HTREEITEM ItemOf(const TVobject* node) {
+    return reinterpret_cast<HTREEITEM>(node->hItem);
+}
+
+bool Busy() {
+    return OperationRunning() || WorkerRunning() || gSession.parsing;
+}
+
+void StartSelectionTimer(UINT delay) {
+    SetTimer(gApp.mainWindow, kSelectionTimer, delay, nullptr);
+}
+
+bool IsRemoteFolder(const TVobject* node) {
+    return node->wObjType == kKindSiteRoot || node->wObjType == kKindFolder;
+}
+
+bool IsShownFolder(const TVobject* node) {
+    return IsRemoteFolder(node) || IsLocalNode(node);
+}
+
+// The nodes above it open, so that the node's item stands in the control.
+void OpenAncestors(TVobject* node) {
+    if (node->pTVparent == nullptr) return;
+    OpenAncestors(node->pTVparent);
+    if (node->hItem == 0) ExpandNode(node->pTVparent);
+}
+
+// What a list of another site's folder would say about a site that is selected itself: nothing.
+void ShowSite(TVobject* node) {
+    Site* site = TV_GetFtpSite(node);
+    if (ListedFolder() != nullptr && TV_GetFtpSite(ListedFolder()) != site) InitListView();
+    SetTvTitleText(site);
+    RefreshWindowState();
+}
+
+// Runs on the worker.
+bool ChangeRemoteFolder(TVobject* node, Site* site) {
+    constexpr char kFunction[] = "TV_HandleRealSelChange";
+    if (!ServerReadyForCmd(site, true)) {
+        DbgVsprintf(kFunction, "ERROR. Server NOT Ready. Returning.");
+        return false;
+    }
+    if (!TV_PreSelect(node)) {
+        DbgVsprintf(kFunction, "Call to TV_PreSelect(%x:%s) Failed", Address(node), node->pszName.c_str());
+        return false;
+    }
+    const int result = LV_ChangeDir(node);
+    if (result == FTP_COMPLETE) return true;
+    DbgVsprintf(kFunction, "Call to LV_ChangeDir(%x:%s) Failed", Address(node), node->pszName.c_str());
+    // A broken data connection gives a socket error, too, and leaves the session as it was.
+    const bool lost = result == FTP_CLOSE || (result == SOCKET_ERROR && !HasControlSocket(site));
+    if (lost && gSessionView.postDisconnect != nullptr) gSessionView.postDisconnect(site);
+    return false;
+}
+
+// Back on the window's thread.
+void FinishChange(TVobject* node, bool changed) {
+    if (gSession.exiting) return;
+    if (changed) {
+        gCurrent = node;
+        const Site* site = TV_GetFtpSite(node);
+        SetTvTitleText(site);
+        RefreshWindowState();
+        return;
+    }
+    OpenWhenListed(nullptr);
+    const Site* site = TV_GetFtpSite(node);
+    if (!IsLocalNode(node) && (site == nullptr || site->bConnected == 0)) {
+        DbgVsprintf("TV_HandleRealSelChange", "Connection was lost. NOT calling TreeView_SelectItem()");
+        return;
+    }
+    // A selection that moved on in the meantime is dealt with by its own timer.
+    if (gCurrent != nullptr && SelectedNode() == node) SelectWithoutListing(gCurrent);
+    SetFocus(TreeWindow());
+    RefreshWindowState();
+}
+
+}  // namespace
+
+bool TV_OnSelChanging(TVobject* newNode) {
+    if (newNode == nullptr) return false;
+    Site* site = TV_GetFtpSite(newNode);
+    if (site == nullptr) {
+        DbgVsprintf("TV_OnSelChanging", "Call to TV_GetTvSite(%x:%s) Failed.Returning 1L", Address(newNode),
+                    newNode->pszName.c_str());
+        return true;
+    }
+    if (site->pSock == nullptr) site->pSock = std::make_unique<SocketRecord>();
+    gPending = newNode;
+    // Abort acts on the active site, so a running operation keeps its own.
+    if (!Busy()) gSession.activeSite = site;
+    return false;
+}
+
+void TV_OnSelChanged(TVobject* newNode, bool byMouse) {
+    CancelSelectionTimer();
+    if (newNode == nullptr || gOnlySelects) return;
+    StartSelectionTimer(byMouse || gActsAtOnce ? kMouseDelay : kKeyboardDelay);
+}
+
+void CancelSelectionTimer() {
+    KillTimer(gApp.mainWindow, kSelectionTimer);
+}
+
+bool TV_HandleRealSelChange() {
+    constexpr char kFunction[] = "TV_HandleRealSelChange";
+    CancelSelectionTimer();
+    TVobject* node = SelectedNode();
+    if (node == nullptr || gSession.exiting) return false;
+    if (Busy()) {
+        if (!gWaitsForOperation) DbgVsprintf(kFunction, "fChangingFolder is TRUE. Returning NULL");
+        gWaitsForOperation = true;
+        StartSelectionTimer(kBusyDelay);
+        return false;
+    }
+    gWaitsForOperation = false;
+    if (node == gCurrent) {
+        DbgVsprintf(kFunction, "Landed on last Selected folder, Returning %x", Address(node));
+        gSession.activeSite = TV_GetFtpSite(node);
+        RefreshWindowState();
+        return true;
+    }
+    if (node != gPending) {
+        DbgVsprintf(kFunction, "ERROR. (pTVitemNew != pTVselect). Returning NULL");
+        return false;
+    }
+    gSession.activeSite = TV_GetFtpSite(node);
+    switch (node->wObjType) {
+        case kKindAddSite:
+            InitListView();
+            SetTvTitleText(nullptr);
+            break;
+        case kKindSite:
+            ShowSite(node);
+            break;
+        case kKindSiteRoot:
+        case kKindFolder:
+        case kKindLocalComputer:
+        case kKindLocalRoot:
+        case kKindLocalFolder:
+            if (StartChangeDir(node)) return true;
+            FinishChange(node, false);
+            return false;
+        default:
+            DbgVsprintf(kFunction, "TVN_SELCHANGED: Bogus Object Type(%d)\n", static_cast<int>(node->wObjType));
+            return false;
+    }
+    gCurrent = node;
+    RefreshWindowState();
+    return true;
+}
+
+void TV_HandleDblClick(TVobject* node) {
+    constexpr char kFunction[] = "TV_HandleDblClick";
+    if (node == nullptr) return;
+    if (Busy() || gSession.exiting) {
+        DbgVsprintf(kFunction, "WARNING.  Currently Busy. cd:%d, con:%d, Exit:%d. Returning", gSession.busy ? 1 : 0,
+                    gSession.connecting ? 1 : 0, gSession.exiting ? 1 : 0);
+        return;
+    }
+    if (node->wObjType == kKindAddSite) {
+        DbgVsprintf(kFunction, "Wizard! Posting Msg IDM_NEW_SITE");
+        PostMessageW(gApp.mainWindow, WM_COMMAND, IDM_NEW_SITE, 0);
+        return;
+    }
+    if (node->wObjType == kKindSite) {
+        DbgVsprintf(kFunction, "Posting Msg IDM_CONNECT to %s", node->pszName.c_str());
+        PostMessageW(gApp.mainWindow, WM_COMMAND, IDM_CONNECT, 0);
+        return;
+    }
+    if (!IsShownFolder(node)) return;
+    if (node == gCurrent) {
+        DbgVsprintf(kFunction, "REFRESHING : %s", node->pszName.c_str());
+        RefreshSelectedFolder();
+        return;
+    }
+    DbgVsprintf(kFunction, "CHANGING Remote Dir : %s", node->pszName.c_str());
+    CancelSelectionTimer();
+    gPending = node;
+    TV_HandleRealSelChange();
+}
+
+TVobject* CurrentTreeNode() {
+    return gCurrent;
+}
+
+void SetCurrentTreeNode(TVobject* node) {
+    gCurrent = node;
+}
+
+void RefreshSelectedFolder() {
+    TVobject* node = SelectedNode();
+    if (node != nullptr && IsShownFolder(node)) StartChangeDir(node);
+}
+
+bool StartChangeDir(TVobject* node) {
+    if (node == nullptr) return false;
+    Site* site = TV_GetFtpSite(node);
+    const bool local = IsLocalNode(node);
+    if (site == nullptr || (!local && site->bConnected == 0)) return false;
+    return StartWorker("LV_ChangeDir", [node, site, local] {
+        const bool changed = local ? ListLocalNode(node) : ChangeRemoteFolder(node, site);
+        RunOnUi([node, changed] { FinishChange(node, changed); });
+    });
+}
+
+void SelectNode(TVobject* node) {
+    if (node == nullptr) return;
+    OpenAncestors(node);
+    if (node->hItem == 0) return;
+    gActsAtOnce = true;
+    if (SelectedNode() != node) {
+        TreeView_SelectItem(TreeWindow(), ItemOf(node));
+    } else if (node != gCurrent && !TV_OnSelChanging(node)) {
+        TV_OnSelChanged(node, false);
+    }
+    gActsAtOnce = false;
+}
+
+void SelectWithoutListing(TVobject* node) {
+    gOnlySelects = true;
+    if (node != nullptr && node->hItem != 0) TreeView_SelectItem(TreeWindow(), ItemOf(node));
+    gOnlySelects = false;
+    gCurrent = node;
+    if (node != nullptr) gSession.activeSite = TV_GetFtpSite(node);
+}
+
+void ForgetNodesBelow(const TVobject* node) {
+    if (node == nullptr || IsNodeBelow(gCurrent, node)) gCurrent = nullptr;
+    if (node == nullptr || IsNodeBelow(gPending, node)) gPending = nullptr;
+    TVobject* open = TakeNodeToOpen();
+    if (node != nullptr && !IsNodeBelow(open, node)) OpenWhenListed(open);
+}
+
+void AddRememberedDirectories(TVobject* siteNode) {
+    if (siteNode == nullptr || siteNode->wObjType != kKindSite || siteNode->pSite == nullptr) return;
+    GetInitDirectories("Tv_AddInitDir", siteNode->pSite->pszSessionName.c_str());
+    for (const InitDir& remembered : gInitDirs) Tv_AddInitDir(siteNode, remembered.path);
+}
+
+void ShowFirstDirectory(Site* site, const char* directory) {
+    TVobject* siteNode = NodeOfSite(site);
+    if (siteNode == nullptr || directory == nullptr) return;
+    SetTvTitleText(site);
+    TVobject* node = Tv_AddInitDir(siteNode, directory);
+    if (node == nullptr) return;
+    AddRememberedDirectories(siteNode);
+    // Whatever was shown before the connection is not the server's present state.
+    if (gCurrent == node) gCurrent = nullptr;
+    ExpandNode(siteNode);
+    SelectNode(node);
+}
+
+void ShowDisconnected(Site* site) {
+    TVobject* node = NodeOfSite(site);
+    if (node == nullptr || node->wObjType != kKindSite) return;
+    InitListView();
+    SelectWithoutListing(node);
+    CollapseAndReset(node);
+    RefreshNode(node);
+    SetTvTitleText(site);
+    RefreshWindowState();
+}

@@ -1,0 +1,103 @@
+#include "ui/commands/file_commands.h"
+
+#include <windows.h>
+
+#include <commctrl.h>
+
+#include "foundation/catalogue.h"
+#include "foundation/message_ids.h"
+#include "foundation/trace.h"
+#include "ftp/worker/session_state.h"
+#include "transfer/progress_dialog.h"
+#include "ui/bars/status_bar.h"
+#include "ui/browse/command_context.h"
+#include "ui/browse/list_edit.h"
+#include "ui/browse/local_computer.h"
+#include "ui/panes/list_pane.h"
+#include "ui/panes/tree_pane.h"
+#include "ui/screen/app.h"
+#include "ui/window/main_window.h"
+
+namespace {
+
+// Asking the server itself is the worker's matter; here only what is known of it counts.
+bool IsReady(const TVobject* node) {
+    if (node == nullptr || CommandsRefused()) return false;
+    if (IsLocalNode(node) || node->wObjType == kKindSite) return true;
+    const Site* site = node->wObjType == kKindAddSite ? nullptr : TV_GetFtpSite(node);
+    return site != nullptr && site->bConnected != 0;
+}
+
+bool IsFolderNode(const TVobject& node) {
+    switch (node.wObjType) {
+        case kKindSiteRoot:
+        case kKindFolder:
+        case kKindLocalRoot:
+        case kKindLocalFolder:
+            return true;
+        default:
+            return false;
+    }
+}
+
+void OnTransfersDone() {
+    ShowStatusText("");
+    RefreshWindowState();
+}
+
+void EditEntryLabel() {
+    const int first = FirstSelected();
+    if (first < 0) return;
+    SetFocus(ListWindow());
+    ListView_EditLabel(ListWindow(), first);
+}
+
+void EditNodeLabel() {
+    SetFocus(TreeWindow());
+    TreeView_EditLabel(TreeWindow(), TreeView_GetSelection(TreeWindow()));
+}
+
+}  // namespace
+
+void Zarn_IdmTransferSelFiles() {
+    constexpr char kFunction[] = "Zarn_IdmTransferSelFiles";
+    const CommandContext context = CurrentCommandContext();
+    if (context.focus == CommandContext::Focus::None) {
+        DbgVsprintf(kFunction, "ERROR. Neither the Tree or List was Selected. Returning");
+        return;
+    }
+    if (CommandsRefused()) {
+        DoPrintIdArgs(MSG_BUSY_WITH_REMOTE_OPERATION);
+        return;
+    }
+    const bool fromList = context.focus == CommandContext::Focus::List;
+    if (fromList && context.selected == 0) return;
+    if (!context.siteConnected) return;
+    if (!fromList && context.nodeKind != kKindSiteRoot && context.nodeKind != kKindFolder) return;
+    DbgVsprintf(kFunction, "Calling CreateThread(get_selected_files_fx)");
+    SetPartOneSBText(MSG_TRANSFERING_FILES, nullptr);
+    const TransferStart start = fromList ? TransferStart::ListSelection : TransferStart::TreeSelection;
+    if (!OpenTransferDialog(gApp.mainWindow, start, OnTransfersDone)) ShowStatusText("");
+}
+
+void Zarn_IdmNewFolder(const char* name) {
+    constexpr char kFunction[] = "Zarn_IdmNewFolder";
+    if (name == nullptr || *name == '\0') {
+        DbgVsprintf(kFunction, "ERROR. NULL Parameter passed in. Returning");
+        return;
+    }
+    TVobject* node = SelectedNode();
+    if (!IsReady(node)) {
+        DbgVsprintf(kFunction, "ERROR. Server NOT Ready. Returning.");
+        return;
+    }
+    if (IsFolderNode(*node)) newfolder_fx(node);
+}
+
+void Zarn_IdmRename() {
+    if (!IsReady(SelectedNode())) {
+        DbgVsprintf("Zarn_IdmRename", "ERROR. Server NOT Ready. Returning.");
+        return;
+    }
+    gApp.focus == Pane::List ? EditEntryLabel() : EditNodeLabel();
+}

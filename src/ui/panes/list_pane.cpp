@@ -1,0 +1,430 @@
+#include "ui/panes/list_pane.h"
+
+#include <algorithm>
+#include <array>
+#include <memory>
+#include <new>
+#include <unordered_set>
+#include <utility>
+
+#include "foundation/trace.h"
+#include "platform/threads.h"
+#include "ui/commands/toolbar.h"
+#include "ui/drag/drops.h"
+#include "ui/panes/list_columns.h"
+#include "ui/panes/list_images.h"
+#include "ui/panes/list_sort.h"
+#include "ui/screen/app.h"
+#include "ui/window/main_window.h"
+
+namespace {
+
+HWND gList = nullptr;
+std::vector<LVobjectPtr> gEntries;
+TVobject* gFolder = nullptr;
+SortState gSort;
+int gPauses = 0;
+bool gColumnsFitted = false;  // for the folder that is shown
+
+// More entries than this are freed by a thread of their own, so that leaving a large folder takes no time.
+constexpr std::size_t kFreedAtOnce = 4000;
+
+// While a folder comes in batches the control is told the number of entries this often at most, in milliseconds.
+constexpr DWORD kCountShownEvery = 100;
+DWORD gCountShownAt = 0;
+
+void FreeCarriedEntries(void* carried) {
+    delete static_cast<std::vector<LVobjectPtr>*>(carried);
+}
+
+void FreeEntries(std::vector<LVobjectPtr> entries) {
+    if (entries.size() <= kFreedAtOnce) return;
+    auto* carried = new (std::nothrow) std::vector<LVobjectPtr>(std::move(entries));
+    if (carried == nullptr) return;
+    const platform::ThreadHandle thread = platform::StartThread(FreeCarriedEntries, carried);
+    if (thread == platform::kNoThread) {
+        FreeCarriedEntries(carried);
+        return;
+    }
+    platform::CloseThread(thread);
+}
+
+void ShowCount() {
+    ListView_SetItemCountEx(gList, EntryCount(), LVSICF_NOINVALIDATEALL | LVSICF_NOSCROLL);
+}
+
+// In the icon views every entry has a place, which the control gives it when it arranges them.
+bool IsIconView() {
+    return gZarn.uiStyle == UiStyle::LargeIcons || gZarn.uiStyle == UiStyle::SmallIcons;
+}
+
+void ArrangeIcons() {
+    if (IsIconView()) ListView_Arrange(gList, LVA_DEFAULT);
+}
+
+DWORD ViewBits(UiStyle style) {
+    switch (style) {
+        case UiStyle::LargeIcons:
+            return LVS_ICON;
+        case UiStyle::SmallIcons:
+            return LVS_SMALLICON;
+        case UiStyle::List:
+            return LVS_LIST;
+        default:
+            return LVS_REPORT;
+    }
+}
+
+// Small arrow on the heading of the sorted column; -1: none.
+void ShowSortArrow(int logicalColumn, bool upwards) {
+    HWND header = ListView_GetHeader(gList);
+    const int count = Header_GetItemCount(header);
+    for (int i = 0; i < count; ++i) {
+        HDITEMW item{};
+        item.mask = HDI_FORMAT;
+        if (!SendMessageW(header, HDM_GETITEMW, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(&item))) continue;
+        item.fmt &= ~(HDF_SORTUP | HDF_SORTDOWN);
+        if (logicalColumn >= 0 && LogicalColumnAt(gZarn.COLUMNS, i) == logicalColumn) {
+            item.fmt |= upwards ? HDF_SORTUP : HDF_SORTDOWN;
+        }
+        SendMessageW(header, HDM_SETITEMW, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(&item));
+    }
+}
+
+void SelectIndex(int index, bool focused) {
+    const UINT bits = LVIS_SELECTED | (focused ? LVIS_FOCUSED : 0u);
+    ListView_SetItemState(gList, index, bits, bits);
+}
+
+// Above this many selected entries it is faster to let the control look at all.
+constexpr int kDeselectedOneByOne = 500;
+
+void ClearSelection() {
+    const int selected = SelectedCount();
+    if (selected > kDeselectedOneByOne) {
+        const ListPause pause;
+        ListView_SetItemState(gList, -1, 0, LVIS_SELECTED);
+        return;
+    }
+    // The control finds the next one by looking at every entry, so it is not asked beyond the last.
+    for (int i = -1, left = selected; left > 0 && (i = ListView_GetNextItem(gList, i, LVNI_SELECTED)) >= 0; --left) {
+        ListView_SetItemState(gList, i, 0, LVIS_SELECTED);
+    }
+}
+
+// Which entries are selected and which one has the focus, while their places change.
+class SelectionKeeper {
+  public:
+    SelectionKeeper() : selected_(SelectedCount()), focused_(ListView_GetNextItem(gList, -1, LVNI_FOCUSED)) {
+        focusedEntry_ = EntryAt(focused_);
+        if (!Some()) return;
+        for (const LVobject* entry : SelectedEntries()) entries_.insert(entry);
+    }
+    void Restore() const {
+        if (Some()) {
+            ClearSelection();
+            for (int i = 0; i < EntryCount(); ++i) {
+                if (entries_.count(EntryAt(i)) != 0) SelectIndex(i, false);
+            }
+        }
+        if (focusedEntry_ == nullptr) return;
+        const int index = IndexOfEntry(focusedEntry_);
+        ListView_SetItemState(gList, index, LVIS_FOCUSED, LVIS_FOCUSED);
+        ListView_EnsureVisible(gList, index, FALSE);
+    }
+
+    // The selection too where the control has forgotten it.
+    void RestoreAll() const {
+        if (selected_ > 0 && selected_ == EntryCount()) SelectAllEntries();
+        Restore();
+    }
+
+  private:
+    bool Some() const { return selected_ > 0 && selected_ < EntryCount(); }
+    int selected_;
+    int focused_;
+    const LVobject* focusedEntry_ = nullptr;
+    std::unordered_set<const LVobject*> entries_;
+};
+
+// The entries that the control sees while it measures texts to find the widest.
+std::vector<LVobject*> gSample;
+constexpr std::size_t kSampleSize = 24;
+
+std::vector<LVobject*> LongestNames() {
+    std::vector<LVobject*> entries;
+    for (const LVobjectPtr& entry : gEntries) entries.push_back(entry.get());
+    const std::size_t size = std::min(kSampleSize, entries.size());
+    std::partial_sort(
+        entries.begin(), entries.begin() + static_cast<std::ptrdiff_t>(size), entries.end(),
+        [](const LVobject* a, const LVobject* b) { return a->name.view().size() > b->name.view().size(); });
+    entries.resize(size);
+    return entries;
+}
+
+// The control measures every entry when a view begins, so it sees the longest names only.
+void SetViewBits(UiStyle style) {
+    const SelectionKeeper keeper;
+    gSample = LongestNames();
+    ListView_SetItemCountEx(gList, static_cast<int>(gSample.size()), LVSICF_NOINVALIDATEALL | LVSICF_NOSCROLL);
+    const LONG bits = GetWindowLongW(gList, GWL_STYLE);
+    SetWindowLongW(gList, GWL_STYLE, (bits & ~LVS_TYPEMASK) | static_cast<LONG>(ViewBits(style)));
+    gSample.clear();
+    ListView_SetItemCountEx(gList, EntryCount(), 0);
+    ArrangeIcons();
+    keeper.RestoreAll();
+}
+
+// The control's own procedure; see the tree's for why it is kept here.
+WNDPROC gControlProc = nullptr;
+
+LRESULT CALLBACK ListProc(HWND list, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == WM_DROPFILES) {
+        OnShellDrop(reinterpret_cast<HDROP>(wParam));
+        return 0;
+    }
+    return CallWindowProcW(gControlProc, list, message, wParam, lParam);
+}
+
+void Resort(int column, int logicalColumn) {
+    const bool descending = gSort.descending[logicalColumn];
+    const SelectionKeeper keeper;
+    const ListPause pause;
+    SortEntries(gEntries, column, gZarn.COLUMNS, descending);
+    keeper.Restore();
+    const bool largerFirst = logicalColumn == kColumnLinks || logicalColumn == kColumnSize;
+    ShowSortArrow(logicalColumn, descending == largerFirst);
+}
+
+}  // namespace
+
+ListPause::ListPause() {
+    if (gPauses++ == 0) SendMessageW(gList, WM_SETREDRAW, FALSE, 0);
+}
+
+ListPause::~ListPause() {
+    if (--gPauses > 0) return;
+    SendMessageW(gList, WM_SETREDRAW, TRUE, 0);
+    RedrawWindow(gList, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_ALLCHILDREN);
+}
+
+bool CreateListPane(HWND parent) {
+    const DWORD style = WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS | WS_TABSTOP | LVS_OWNERDATA | LVS_SHOWSELALWAYS |
+                        LVS_EDITLABELS | LVS_SHAREIMAGELISTS | ViewBits(gZarn.uiStyle);
+    gList = CreateWindowExW(WS_EX_CLIENTEDGE, WC_LISTVIEWW, L"", style, 0, 0, 0, 0, parent,
+                            reinterpret_cast<HMENU>(static_cast<INT_PTR>(kListChildId)), gApp.instance, nullptr);
+    if (gList == nullptr) {
+        DbgVsprintf("CreateListPane", "CreateWindow of ListView failed!");
+        return false;
+    }
+    ListView_SetUnicodeFormat(gList, TRUE);
+    ListView_SetExtendedListViewStyle(gList, LVS_EX_FULLROWSELECT | LVS_EX_DOUBLEBUFFER | LVS_EX_LABELTIP);
+    if (!MakeListImages(gList)) return false;
+    RebuildColumns(gList, gZarn.COLUMNS);
+    gControlProc =
+        reinterpret_cast<WNDPROC>(SetWindowLongPtrW(gList, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(ListProc)));
+    DragAcceptFiles(gList, TRUE);
+    return true;
+}
+
+void DestroyListPane() {
+    InitListView();
+    if (gList != nullptr) DestroyWindow(gList);
+    gList = nullptr;
+    DestroyListImages();
+}
+
+HWND ListWindow() {
+    return gList;
+}
+
+void InitListView() {
+    if (gList != nullptr) ListView_DeleteAllItems(gList);
+    if (gSort.lastColumn >= 0 && gList != nullptr) ShowSortArrow(-1, false);
+    if (gFolder != nullptr && gApp.listTitle != nullptr) SetWindowTextW(gApp.listTitle, L"");
+    gColumnsFitted = false;
+    gFolder = nullptr;
+    FreeEntries(std::exchange(gEntries, {}));
+}
+
+void LV_AddEntries(TVobject* folder, std::vector<LVobjectPtr> entries) {
+    gFolder = folder;
+    const bool first = gEntries.empty();
+    if (first) {
+        gEntries = std::move(entries);
+    } else {
+        std::move(entries.begin(), entries.end(), std::back_inserter(gEntries));
+    }
+    // The first entries show at once; the scroll bars, which cost more than taking the entries, follow now and then.
+    const DWORD now = GetTickCount();
+    const bool due = !gColumnsFitted || now - gCountShownAt >= kCountShownEvery;
+    // Icons would have to be arranged again each time, so theirs follow when all are there.
+    if (first || (due && !IsIconView())) {
+        gCountShownAt = now;
+        ShowCount();
+        ArrangeIcons();
+        if (gZarn.uiStyle != UiStyle::Details) InvalidateRect(gList, nullptr, TRUE);
+    }
+    if (!gColumnsFitted && !gEntries.empty()) {
+        gColumnsFitted = true;
+        FitColumns(gList, gZarn.COLUMNS);
+    }
+}
+
+void LV_EntriesComplete() {
+    if (gList == nullptr) return;
+    const ListPause pause;
+    ShowCount();
+    if (gZarn.uiStyle == UiStyle::List || gZarn.uiStyle == UiStyle::SmallIcons) {
+        // The control measures the width of these views' columns only when a view begins.
+        SetViewBits(UiStyle::Details);
+        SetViewBits(gZarn.uiStyle);
+    }
+    ArrangeIcons();
+}
+
+int LV_AddItem(LVobjectPtr entry) {
+    if (!entry || gList == nullptr) return -1;
+    gEntries.push_back(std::move(entry));
+    ShowCount();
+    ArrangeIcons();
+    return EntryCount() - 1;
+}
+
+void LV_ReplaceItem(int index, LVobjectPtr entry) {
+    if (EntryAt(index) == nullptr || !entry) return;
+    gEntries[static_cast<std::size_t>(index)] = std::move(entry);
+    RedrawEntry(index);
+}
+
+void LV_DeleteItem(int index) {
+    if (EntryAt(index) == nullptr) return;
+    gEntries.erase(gEntries.begin() + index);
+    // The control moves its own selection and focus along.
+    ListView_DeleteItem(gList, index);
+    ShowCount();
+    ArrangeIcons();
+    InvalidateRect(gList, nullptr, TRUE);
+}
+
+int EntryCount() {
+    return static_cast<int>(gEntries.size());
+}
+
+LVobject* EntryAt(int index) {
+    return index >= 0 && index < EntryCount() ? gEntries[static_cast<std::size_t>(index)].get() : nullptr;
+}
+
+TVobject* ListedFolder() {
+    return gFolder;
+}
+
+std::vector<const LVobject*> SelectedEntries() {
+    std::vector<const LVobject*> entries;
+    const int selected = SelectedCount();
+    if (selected == EntryCount()) {
+        for (const LVobjectPtr& entry : gEntries) entries.push_back(entry.get());
+        return entries;
+    }
+    for (int i = -1, left = selected; left > 0 && (i = ListView_GetNextItem(gList, i, LVNI_SELECTED)) >= 0; --left) {
+        if (const LVobject* entry = EntryAt(i)) entries.push_back(entry);
+    }
+    return entries;
+}
+
+int FirstSelected() {
+    return gList != nullptr ? ListView_GetNextItem(gList, -1, LVNI_SELECTED) : -1;
+}
+
+int SelectedCount() {
+    return gList != nullptr ? static_cast<int>(ListView_GetSelectedCount(gList)) : 0;
+}
+
+bool AnyFileSelected() {
+    int left = SelectedCount();
+    const bool all = left == EntryCount();
+    for (int i = -1; left-- > 0 && (i = all ? i + 1 : ListView_GetNextItem(gList, i, LVNI_SELECTED)) >= 0;) {
+        const LVobject* entry = EntryAt(i);
+        if (entry == nullptr) return false;
+        if (entry->type == kKindFile || entry->type == kKindLocalFile) return true;
+    }
+    return false;
+}
+
+std::uint64_t SelectedBytes() {
+    std::uint64_t bytes = 0;
+    for (const LVobject* entry : SelectedEntries()) bytes += entry->size;
+    return bytes;
+}
+
+void SelectAllEntries() {
+    // The control looks at every entry, and with redrawing on at every entry's place, too.
+    {
+        const ListPause pause;
+        ListView_SetItemState(gList, -1, LVIS_SELECTED, LVIS_SELECTED);
+    }
+    PostRefreshWindowState();
+}
+
+void SelectOnly(int index) {
+    ClearSelection();
+    if (EntryAt(index) == nullptr) return;
+    SelectIndex(index, true);
+    ListView_EnsureVisible(gList, index, FALSE);
+}
+
+void LV_ChangeView(UiStyle style, std::uint32_t columns) {
+    constexpr char kFunction[] = "LV_ChangeView";
+    static constexpr std::array<const char*, 4> kAlready = {"ERROR. Already Large Icons", "ERROR. Already Details",
+                                                            "ERROR. Already Small Icons", "ERROR. Already List"};
+    DbgVsprintf(kFunction, "Entered");
+    const bool details = style == UiStyle::Details;
+    if (style == gZarn.uiStyle && (!details || columns == gZarn.COLUMNS)) {
+        DbgVsprintf(kFunction, "%s", kAlready[static_cast<std::size_t>(style)]);
+        return;
+    }
+    const ListPause pause;
+    if (details && columns != gZarn.COLUMNS) {
+        gZarn.COLUMNS = columns;
+        RebuildColumns(gList, columns);
+        if (EntryCount() > 0) FitColumns(gList, columns);
+    }
+    if (style != gZarn.uiStyle) {
+        gZarn.uiStyle = style;
+        SetViewBits(style);
+        ReapplyColumns(gList);
+    }
+    const int focused = ListView_GetNextItem(gList, -1, LVNI_FOCUSED);
+    if (focused >= 0) ListView_EnsureVisible(gList, focused, FALSE);
+    SetToolbarButtonState();
+}
+
+void SortEntriesByColumn(int column) {
+    const int logical = EffectiveColumn(column, gZarn.COLUMNS);
+    if (logical < 0) return;
+    gSort.lastColumn = logical;
+    Resort(column, logical);
+}
+
+void SortEntriesByClick(int position) {
+    const int logical = LogicalColumnAt(gZarn.COLUMNS, position);
+    if (logical < 0) return;
+    NoteColumnClick(gSort, logical);
+    Resort(position, logical);
+}
+
+LVobject* ShownEntryAt(int index) {
+    if (gSample.empty()) return EntryAt(index);
+    return index >= 0 && static_cast<std::size_t>(index) < gSample.size() ? gSample[static_cast<std::size_t>(index)]
+                                                                          : nullptr;
+}
+
+int IndexOfEntry(const LVobject* entry) {
+    const auto found =
+        std::find_if(gEntries.begin(), gEntries.end(), [entry](const auto& owned) { return owned.get() == entry; });
+    return found == gEntries.end() ? -1 : static_cast<int>(found - gEntries.begin());
+}
+
+void RedrawEntry(int index) {
+    ListView_RedrawItems(gList, index, index);
+}

@@ -1,0 +1,181 @@
+// The program's entry: start-up in its order, the message loop, shut-down.
+#include <windows.h>
+
+#include <commctrl.h>
+#include <ole2.h>
+
+#include "config/defaults_store.h"
+#include "config/settings.h"
+#include "foundation/catalogue.h"
+#include "foundation/console_pane.h"
+#include "foundation/foundation_view.h"
+#include "foundation/log_file.h"
+#include "foundation/message_ids.h"
+#include "foundation/trace.h"
+#include "ftp/errors/error_texts.h"
+#include "ftp/login/login.h"
+#include "ftp/worker/session_state.h"
+#include "platform/sockets.h"
+#include "platform/system.h"
+#include "resources/resource.h"
+#include "transfer/progress_dialog.h"
+#include "ui/commands/help.h"
+#include "ui/panes/list_pane.h"
+#include "ui/panes/tree_pane.h"
+#include "ui/screen/app.h"
+#include "ui/screen/ui_calls.h"
+#include "ui/screen/wide_text.h"
+#include "ui/start/command_line.h"
+#include "ui/start/known_folders.h"
+#include "ui/start/views.h"
+#include "ui/window/main_window.h"
+#include "ui/window/splitter.h"
+
+namespace {
+
+constexpr char kFunction[] = "WinMain";
+constexpr std::size_t kShortNameLength = 20;
+constexpr std::size_t kLongNameLength = 40;
+
+void ShowStartupError(unsigned messageId) {
+    ShowMessageBox(CatalogueText(messageId).c_str(), gApp.longName.c_str(), BoxButtons::Ok, BoxIcon::Stop);
+}
+
+bool StartNetwork(std::string& library) {
+    const int error = platform::StartSockets(library);
+    if (error == 0) return true;
+    const OwnedText text = GetWsaErrorText(error);
+    DbgVsprintf(kFunction, "(%s) call to WSAStartup() Failed.\n\tErr:%d:%s", kFunction, error, text.c_str());
+    std::string caption = CatalogueText(MSG_LONG_PRODUCT_NAME);
+    if (caption.empty()) caption = "ZARN - WSAStartup";
+    ShowMessageBox(text.c_str(), caption.c_str(), BoxButtons::Ok, BoxIcon::Stop);
+    return false;
+}
+
+void LoadNames() {
+    gApp.shortName = CatalogueText(MSG_SHORT_PRODUCT_NAME).substr(0, kShortNameLength);
+    gApp.longName = CatalogueText(MSG_LONG_PRODUCT_NAME).substr(0, kLongNameLength);
+}
+
+bool CreateWindows() {
+    if (!RegisterMainWindowClass()) {
+        ShowStartupError(MSG_REGISTER_CLASS_FAILED);
+        return false;
+    }
+    LoadConfiguration();
+    gTrace.verbose = gZarn.VERBOSE != 0;
+    INITCOMMONCONTROLSEX controls{sizeof(controls), ICC_WIN95_CLASSES};
+    InitCommonControlsEx(&controls);
+    gApp.mainWindow = CreateTheMainWindow();
+    if (gApp.mainWindow == nullptr) {
+        ShowStartupError(MSG_CREATE_WINDOW_FAILED);
+        return false;
+    }
+    StartUiCalls(gApp.mainWindow);
+    TVobject* last = FillTreePane(gZarn.SESSION.c_str());
+    if (last != nullptr) SelectNode(last);
+    return true;
+}
+
+// A window that is shown for files on the command line stays hidden.
+void ShowTheWindow(int show) {
+    if (gApp.commandLineFileCount > 0) {
+        show = SW_HIDE;
+    } else if (gZarn.bMaximized != 0) {
+        show = SW_SHOWMAXIMIZED;
+    }
+    Zarn_NewSize(gApp.mainWindow);
+    ShowWindow(gApp.mainWindow, show);
+    UpdateWindow(gApp.mainWindow);
+}
+
+// Escape stops a running operation; the command has no place in menus and toolbar.
+bool IsAbortKey(const MSG& message) {
+    return message.message == WM_KEYDOWN && message.wParam == VK_ESCAPE && OperationRunning();
+}
+
+// The panes and the console, one after the other: a key of the window's own, because the console takes Tab for itself.
+bool TookFocusKey(const MSG& message) {
+    if (message.message != WM_KEYDOWN || OpenModalDialog() != nullptr) return false;
+    HWND console = reinterpret_cast<HWND>(ConsoleWindow());
+    const bool leavesConsole = message.wParam == VK_TAB && console != nullptr && message.hwnd == console;
+    if (message.wParam != VK_F6 && !leavesConsole) return false;
+    const bool inList = message.hwnd == ListWindow();
+    if (message.hwnd == TreeWindow()) {
+        SetFocus(ListWindow());
+    } else {
+        SetFocus(inList && console != nullptr ? console : TreeWindow());
+    }
+    return true;
+}
+
+int RunMessageLoop(HACCEL accelerators) {
+    MSG message{};
+    while (GetMessageW(&message, nullptr, 0, 0) > 0) {
+        HWND transfer = reinterpret_cast<HWND>(TransferDialogWindow());
+        if (transfer != nullptr && IsDialogMessageW(transfer, &message)) continue;
+        if (IsAbortKey(message)) {
+            PostMessageW(gApp.mainWindow, WM_COMMAND, IDM_ABORT, 0);
+            continue;
+        }
+        // While a label is edited its keys belong to the edit field.
+        const bool editing =
+            TreeView_GetEditControl(TreeWindow()) != nullptr || ListView_GetEditControl(ListWindow()) != nullptr;
+        if (!editing && accelerators != nullptr && TranslateAcceleratorW(gApp.mainWindow, accelerators, &message))
+            continue;
+        if (!editing && TookFocusKey(message)) continue;
+        TranslateMessage(&message);
+        DispatchMessageW(&message);
+    }
+    return static_cast<int>(message.wParam);
+}
+
+int RunProgram(const std::string& commandLine, int show) {
+    const std::string program = platform::ProgramPath();
+    gApp.helpFile = HelpFileFor(program);
+    if (gApp.helpFile.empty()) return 0;
+    EnterStartFolder(program);
+    if (WantsDebugTrace(commandLine)) gTrace.debug = true;
+    InstallViews();
+    std::string library;
+    if (!StartNetwork(library)) return 0;
+    LoadNames();
+    const CommandLineFiles files = FilesInArgv(WithoutDebugSwitch(commandLine));
+    gApp.commandLineFiles = files.names;
+    gApp.commandLineFileCount = files.count;
+    // A machine whose name does not resolve still starts: the first control connection supplies the address.
+    if (!GetLocalInfo(library.c_str())) DbgVsprintf(kFunction, "Call to GetLocalInfo() Ffailed. Returing FALSE");
+    int exitCode = 0;
+    if (CreateWindows()) {
+        ShowTheWindow(show);
+        HACCEL accelerators = LoadAcceleratorsW(gApp.instance, L"Zarn_Accelerator");
+        if (accelerators == nullptr) ShowStartupError(MSG_NO_ACCELERATORS);
+        if (gApp.commandLineFileCount > 0) {
+            PostMessageW(gApp.mainWindow, WM_COMMAND, IDM_LOGIN_SEND, 0);
+        } else if (gZarn.AUTOSTART != 0) {
+            PostMessageW(gApp.mainWindow, WM_COMMAND, IDM_CONNECT, 0);
+        }
+        SetFocus(TreeWindow());
+        RefreshWindowState();
+        exitCode = RunMessageLoop(accelerators);
+    }
+    platform::StopSockets();
+    UnregisterClassW(Wide(gApp.shortName).c_str(), gApp.instance);
+    return exitCode;
+}
+
+}  // namespace
+
+int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, PWSTR commandLine, int show) {
+    gApp.instance = instance;
+    // A drive without a disk is told in the program's own words, not asked for by the system.
+    SetErrorMode(SEM_FAILCRITICALERRORS);
+    OpenLogMutex();
+    gApp.buttonMutex = CreateMutexW(nullptr, FALSE, L"BtnStateMutex");
+    const int exitCode = RunProgram(Narrow(commandLine), show);
+    DbgVsprintf(kFunction, "After Message Loop. Doing Cleanup");
+    CloseHandle(gApp.buttonMutex);
+    CloseLogMutex();
+    CloseLogfile();
+    return exitCode;
+}
