@@ -110,7 +110,3 @@ std::string ShownName(std::string_view remoteName) {
     }
     return shown;
 }
-
-bool IsFolderKind(std::uint32_t type) {
-    return type == kKindSiteRoot || type == kKindFolder || type == kKindLocalRoot || type == kKindLocalFolder;
-}

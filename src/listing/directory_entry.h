@@ -9,23 +9,7 @@
 #include "config/file_types.h"
 #include "foundation/file_time.h"
 #include "foundation/owned_text.h"
-
-// Kind of an entry; tree nodes use the same numbers.
-enum ItemKind : std::uint32_t {
-    kKindUnclassified = 0,
-    kKindAddSite = 1,
-    kKindSite = 2,
-    kKindSiteRoot = 3,
-    kKindFolder = 4,
-    kKindFile = 5,
-    kKindLink = 6,
-    kKindDevice = 7,
-    kKindPipe = 8,
-    kKindLocalComputer = 9,
-    kKindLocalRoot = 10,
-    kKindLocalFolder = 11,
-    kKindLocalFile = 12,
-};
+#include "listing/item_kind.h"
 
 struct TVobject;
 struct SymLinkItem;
@@ -95,4 +79,3 @@ std::string_view EntryName(const LVobject& entry);
 // A remote name as the windows and the console show it: DisplayName, control characters as "?". The record keeps the
 // bytes that the server sent, because commands need them.
 std::string ShownName(std::string_view remoteName);
-bool IsFolderKind(std::uint32_t type);

@@ -5,6 +5,7 @@
 #include "foundation/catalogue.h"
 #include "foundation/error_report.h"
 #include "foundation/message_ids.h"
+#include "foundation/path_join.h"
 #include "foundation/trace.h"
 #include "ftp/control/remote_commands.h"
 #include "ftp/data/dump_file.h"
@@ -172,11 +173,4 @@ int FtpRecurseDirContents(RecursiveContents* pContents) {
     const int result = Walk(std::move(contents), site);
     ShowCount(count);
     return result;
-}
-
-std::string JoinRemotePath(std::string_view folder, std::string_view name, char separator) {
-    std::string path(folder);
-    if (folder != std::string_view(&separator, 1)) path += separator;
-    path += name;
-    return path;
 }

@@ -36,6 +36,3 @@ struct RecursiveContentsDeleter {
 // Counts on the active site, adding to the counters; always frees the record. FTP_COMPLETE, the result of the last
 // folder's listing when that failed, FTP_ERROR after an abort.
 int FtpRecurseDirContents(RecursiveContents* pContents);
-
-// Path of an entry of a folder; nothing is put between a root that is the separator itself and the name.
-std::string JoinRemotePath(std::string_view folder, std::string_view name, char separator);

@@ -233,7 +233,7 @@ bool DlgCreateDir(TransferNode* node, std::atomic<bool>& abort) {
     ShowMode('A');
     if (!EnterDestination(*node, abort)) return FailItem(node, FTP_ERROR);
 
-    const std::string path = JoinLocalPath(node->pszDestination.view(), SafeLocalName(name));
+    const std::string path = BoundedLocalPath(node->pszDestination.view(), SafeLocalName(name));
     while (const std::uint32_t error = MakeFolder(path)) {
         node->iRetCode = error == platform::kErrorAccessDenied ? kLocalAccessDenied : FTP_ERROR;
         if (abort) return FailItem(node, node->iRetCode);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "foundation/path_join.h"
 #include "foundation/text_helpers.h"
 #include "platform/files.h"
 
@@ -129,10 +130,8 @@ std::string ConvertCase(std::string_view name, int caseConversion) {
     return std::string(name);
 }
 
-std::string JoinLocalPath(std::string_view folder, std::string_view safeName) {
-    std::string path(folder);
-    if (!path.empty() && path.back() != '\\' && path.back() != '/') path += platform::kPathSeparator;
-    path += safeName;
+std::string BoundedLocalPath(std::string_view folder, std::string_view safeName) {
+    std::string path = JoinLocalPath(folder, safeName);
     return path.size() <= platform::kLongestPath ? path : std::string();
 }
 

@@ -18,7 +18,7 @@ bool IsDeviceName(std::string_view name);
 std::string_view CutWhole(std::string_view text, std::size_t longest);
 // 0 none, 1 to upper, 2 to lower.
 std::string ConvertCase(std::string_view name, int caseConversion);
-// Folder and safe name joined. Empty when the path is too long for the system.
-std::string JoinLocalPath(std::string_view folder, std::string_view safeName);
+// Folder and safe name joined; empty when the path is too long for the system.
+std::string BoundedLocalPath(std::string_view folder, std::string_view safeName);
 // "name (2).txt", "name (3).txt", ...: the `number`-th alternative of a name.
 std::string NumberedName(std::string_view name, int number);

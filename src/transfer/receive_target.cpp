@@ -47,10 +47,10 @@ Probe ProbeName(const std::string& path, unsigned& error) {
 
 // The path of a name in the folder, the name cut if the path would be too long; empty when even that does not help.
 std::string PathInFolder(const std::string& folder, const std::string& name) {
-    std::string path = JoinLocalPath(folder, name);
+    std::string path = BoundedLocalPath(folder, name);
     if (!path.empty()) return path;
     if (folder.size() + 1 + kShortestName > platform::kLongestPath) return {};
-    return JoinLocalPath(folder, FitName(name, platform::kLongestPath - folder.size() - 1));
+    return BoundedLocalPath(folder, FitName(name, platform::kLongestPath - folder.size() - 1));
 }
 
 TargetResult FailWith(unsigned reason, unsigned& error) {

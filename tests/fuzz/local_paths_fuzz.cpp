@@ -48,7 +48,7 @@ void CheckPath(const std::string& path, std::string_view folder) {
 }
 
 void CheckJoined(std::string_view folder, std::string_view name) {
-    const std::string path = JoinLocalPath(folder, name);
+    const std::string path = BoundedLocalPath(folder, name);
     if (path.empty()) {
         REQUIRE_THAT(folder.size() + 1 + name.size() > platform::kLongestPath);
     } else {

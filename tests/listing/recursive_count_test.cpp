@@ -7,13 +7,6 @@
 
 namespace {
 
-TEST(RemotePath, RootThatIsTheSeparatorIsOnlyPutBeforeTheName) {
-    EXPECT_EQ("/pub", JoinRemotePath("/", "pub", '/'));
-    EXPECT_EQ("/pub/incoming", JoinRemotePath("/pub", "incoming", '/'));
-    EXPECT_EQ("C:\\a", JoinRemotePath("C:", "a", '\\'));
-    EXPECT_EQ("\\a", JoinRemotePath("\\", "a", '\\'));
-}
-
 struct Shown {
     void* dialog;
     std::uint64_t bytes;

@@ -157,10 +157,10 @@ TEST(CaseConversion, NoneUpperLower) {
 
 TEST(LocalPath, FolderAndNameAreJoinedOnce) {
     const std::string separator(1, platform::kPathSeparator);
-    EXPECT_EQ("in" + separator + "a", JoinLocalPath("in", "a"));
-    EXPECT_EQ("in/a", JoinLocalPath("in/", "a"));
-    EXPECT_EQ("C:\\a", JoinLocalPath("C:\\", "a"));
-    EXPECT_EQ("", JoinLocalPath(std::string(200, 'd'), std::string(100, 'n')));
+    EXPECT_EQ("in" + separator + "a", BoundedLocalPath("in", "a"));
+    EXPECT_EQ("in/a", BoundedLocalPath("in/", "a"));
+    EXPECT_EQ("C:\\a", BoundedLocalPath("C:\\", "a"));
+    EXPECT_EQ("", BoundedLocalPath(std::string(200, 'd'), std::string(100, 'n')));
 }
 
 TEST(NumberedName, NumberStandsBeforeTheExtension) {
