@@ -21,8 +21,8 @@
 #include "ui/browse/local_computer.h"
 #include "ui/panes/list_pane.h"
 #include "ui/panes/tree_pane.h"
+#include "ui/screen/refresh.h"
 #include "ui/screen/ui_calls.h"
-#include "ui/window/main_window.h"
 
 namespace {
 

@@ -23,7 +23,6 @@
 #include "ui/panes/tree_pane.h"
 #include "ui/screen/ui_calls.h"
 #include "ui/screen/wide_text.h"
-#include "ui/window/main_window.h"
 
 namespace {
 

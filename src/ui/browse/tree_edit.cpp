@@ -23,9 +23,9 @@
 #include "ui/panes/list_pane.h"
 #include "ui/panes/tree_pane.h"
 #include "ui/screen/app.h"
+#include "ui/screen/refresh.h"
 #include "ui/screen/ui_calls.h"
 #include "ui/screen/wide_text.h"
-#include "ui/window/main_window.h"
 
 namespace {
 

@@ -15,8 +15,9 @@
 #include "ui/panes/list_pane.h"
 #include "ui/panes/tree_pane.h"
 #include "ui/screen/app.h"
+#include "ui/screen/messages.h"
+#include "ui/screen/refresh.h"
 #include "ui/screen/ui_calls.h"
-#include "ui/window/main_window.h"
 
 namespace {
 

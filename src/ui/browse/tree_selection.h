@@ -8,7 +8,6 @@
 
 #include "listing/tree_node.h"
 
-inline constexpr UINT_PTR kSelectionTimer = 11;
 inline constexpr UINT kKeyboardDelay = 750;  // milliseconds
 inline constexpr UINT kMouseDelay = 1;
 

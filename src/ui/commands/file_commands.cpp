@@ -16,7 +16,7 @@
 #include "ui/panes/list_pane.h"
 #include "ui/panes/tree_pane.h"
 #include "ui/screen/app.h"
-#include "ui/window/main_window.h"
+#include "ui/screen/refresh.h"
 
 namespace {
 

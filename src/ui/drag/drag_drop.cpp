@@ -20,12 +20,12 @@
 #include "ui/panes/list_pane.h"
 #include "ui/panes/tree_pane.h"
 #include "ui/screen/app.h"
+#include "ui/screen/messages.h"
 #include "ui/screen/wide_text.h"
 
 namespace {
 
 constexpr char kFunction[] = "LV_OnBeginDrag";
-constexpr UINT_PTR kDragTimer = 12;
 constexpr UINT kTick = 50;          // milliseconds
 constexpr int kScrollMargin = 14;   // pixels at 96 dpi
 constexpr int kTicksPerScroll = 2;  // a line every so many ticks

@@ -6,6 +6,5 @@
 
 // The list says that a drag of its selection begins at `item`; posts the message by which it does.
 void LV_OnBeginDrag(int item);
-inline constexpr UINT kBeginDragMessage = WM_APP + 3;
 // Follows the mouse until a button, Esc or the loss of the capture ends the drag, and drops.
 void RunDrag(HWND window, int item);

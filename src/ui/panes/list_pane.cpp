@@ -9,13 +9,14 @@
 
 #include "foundation/trace.h"
 #include "platform/threads.h"
+#include "resources/resource.h"
 #include "ui/commands/toolbar.h"
 #include "ui/drag/drops.h"
 #include "ui/panes/list_columns.h"
 #include "ui/panes/list_images.h"
 #include "ui/panes/list_sort.h"
 #include "ui/screen/app.h"
-#include "ui/window/main_window.h"
+#include "ui/screen/refresh.h"
 
 namespace {
 
@@ -212,7 +213,7 @@ bool CreateListPane(HWND parent) {
     const DWORD style = WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS | WS_TABSTOP | LVS_OWNERDATA | LVS_SHOWSELALWAYS |
                         LVS_EDITLABELS | LVS_SHAREIMAGELISTS | ViewBits(gZarn.uiStyle);
     gList = CreateWindowExW(WS_EX_CLIENTEDGE, WC_LISTVIEWW, L"", style, 0, 0, 0, 0, parent,
-                            reinterpret_cast<HMENU>(static_cast<INT_PTR>(kListChildId)), gApp.instance, nullptr);
+                            reinterpret_cast<HMENU>(static_cast<INT_PTR>(IDC_LIST_PANE)), gApp.instance, nullptr);
     if (gList == nullptr) {
         DbgVsprintf("CreateListPane", "CreateWindow of ListView failed!");
         return false;

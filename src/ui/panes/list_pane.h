@@ -12,8 +12,6 @@
 #include "listing/directory_entry.h"
 #include "listing/tree_node.h"
 
-inline constexpr int kListChildId = 607;
-
 bool CreateListPane(HWND parent);
 void DestroyListPane();
 HWND ListWindow();

@@ -19,6 +19,7 @@
 #include "ftp/worker/worker.h"
 #include "platform/registry.h"
 #include "platform/system.h"
+#include "resources/resource.h"
 #include "ui/browse/local_computer.h"
 #include "ui/browse/tree_selection.h"
 #include "ui/panes/list_pane.h"
@@ -155,7 +156,7 @@ bool CreateTreePane(HWND parent) {
     const DWORD style = WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS | WS_TABSTOP | TVS_HASBUTTONS | TVS_HASLINES |
                         TVS_LINESATROOT | TVS_EDITLABELS | TVS_SHOWSELALWAYS;
     gTree = CreateWindowExW(WS_EX_CLIENTEDGE, WC_TREEVIEWW, L"", style, 0, 0, 0, 0, parent,
-                            reinterpret_cast<HMENU>(static_cast<INT_PTR>(kTreeChildId)), gApp.instance, nullptr);
+                            reinterpret_cast<HMENU>(static_cast<INT_PTR>(IDC_TREE_PANE)), gApp.instance, nullptr);
     if (gTree == nullptr) {
         DbgVsprintf(kFunction, "CreateWindow of TreeView failed!");
         return false;

@@ -11,8 +11,6 @@
 
 #include "listing/tree_node.h"
 
-inline constexpr int kTreeChildId = 606;
-
 bool CreateTreePane(HWND parent);
 void DestroyTreePane();
 HWND TreeWindow();

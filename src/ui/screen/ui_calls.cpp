@@ -2,6 +2,8 @@
 
 #include <atomic>
 
+#include "ui/screen/messages.h"
+
 namespace {
 
 std::atomic<HWND> gTarget{nullptr};

@@ -12,8 +12,7 @@ void StartUiCalls(HWND mainWindow);
 // After this no call reaches a window any more; calls return at once without having run.
 void StopUiCalls();
 bool OnUiThread();
-// The message by which calls travel; the main window hands it to HandleUiCall.
-inline constexpr UINT kUiCallMessage = WM_APP + 1;
+// The main window received kUiCallMessage.
 LRESULT HandleUiCall(WPARAM wParam, LPARAM lParam);
 
 using UiRoutine = void (*)(void* context);

@@ -20,10 +20,10 @@
 #include "ui/panes/list_pane.h"
 #include "ui/panes/tree_pane.h"
 #include "ui/screen/app.h"
+#include "ui/screen/refresh.h"
 #include "ui/screen/ui_calls.h"
 #include "ui/screen/wide_text.h"
 #include "ui/start/views_listing.h"
-#include "ui/window/main_window.h"
 
 namespace {
 
@@ -155,22 +155,7 @@ bool WaitForThread(platform::ThreadHandle thread, std::uint32_t milliseconds) {
     }
 }
 
-BOOL CALLBACK FindModalDialog(HWND window, LPARAM found) {
-    wchar_t name[16] = L"";
-    GetClassNameW(window, name, 16);
-    const bool isDialog = wcscmp(name, L"#32770") == 0 && window != reinterpret_cast<HWND>(TransferDialogWindow());
-    if (!isDialog || !IsWindowVisible(window) || !IsWindowEnabled(window)) return TRUE;
-    *reinterpret_cast<HWND*>(found) = window;
-    return FALSE;
-}
-
 }  // namespace
-
-HWND OpenModalDialog() {
-    HWND found = nullptr;
-    EnumThreadWindows(GetCurrentThreadId(), FindModalDialog, reinterpret_cast<LPARAM>(&found));
-    return found;
-}
 
 void InstallViews() {
     gFoundationView = {PrintLine, ShowBox};

@@ -23,13 +23,14 @@
 #include "ui/panes/list_pane.h"
 #include "ui/panes/tree_pane.h"
 #include "ui/screen/app.h"
+#include "ui/screen/modal_dialog.h"
+#include "ui/screen/refresh.h"
 #include "ui/screen/ui_calls.h"
 #include "ui/screen/wide_text.h"
 #include "ui/start/command_line.h"
 #include "ui/start/known_folders.h"
 #include "ui/start/views.h"
 #include "ui/window/main_window.h"
-#include "ui/window/splitter.h"
 
 namespace {
 

@@ -5,7 +5,6 @@
 #include <windowsx.h>
 
 #include <algorithm>
-#include <atomic>
 #include <utility>
 
 #include "config/defaults_store.h"
@@ -37,10 +36,12 @@
 #include "ui/panes/tree_pane.h"
 #include "ui/screen/app.h"
 #include "ui/screen/dpi.h"
+#include "ui/screen/messages.h"
+#include "ui/screen/modal_dialog.h"
 #include "ui/screen/pane_colors.h"
+#include "ui/screen/refresh.h"
 #include "ui/screen/ui_calls.h"
 #include "ui/screen/wide_text.h"
-#include "ui/start/views.h"
 #include "ui/window/splitter.h"
 
 namespace {
@@ -249,7 +250,14 @@ bool InitTreeAndList(HWND mainWindow) {
     return CreateTreePane(mainWindow) && CreateListPane(mainWindow);
 }
 
-std::atomic<bool> gRefreshPosted{false};
+void Refresh() {
+    if (gSession.exiting || gApp.mainWindow == nullptr) return;
+    UpdateTimeOutTimer();
+    Zarn_SetMainWindowText();
+    SetToolbarButtonState();
+    ChangeSBText();
+    SendMessageW(gApp.mainWindow, WM_SETCURSOR, 0, 0);
+}
 
 }  // namespace
 
@@ -281,6 +289,7 @@ HWND CreateTheMainWindow() {
 bool CreateAppWindows(HWND mainWindow) {
     DbgVsprintf("CreateAppWindows", "Entered");
     gApp.mainWindow = mainWindow;
+    InstallRefresh(Refresh);
     // The window may have come up on another screen than the main one.
     gApp.dpi = DpiOfWindow(mainWindow);
     gApp.paneFont = MakePaneFont();
@@ -372,27 +381,12 @@ void Zarn_OnClose(HWND window) {
     DeleteObject(gApp.paneFont);
 }
 
-void RefreshWindowState() {
-    if (gSession.exiting || gApp.mainWindow == nullptr) return;
-    UpdateTimeOutTimer();
-    Zarn_SetMainWindowText();
-    SetToolbarButtonState();
-    ChangeSBText();
-    SendMessageW(gApp.mainWindow, WM_SETCURSOR, 0, 0);
-}
-
-void PostRefreshWindowState() {
-    if (gRefreshPosted.exchange(true)) return;
-    if (!PostMessageW(gApp.mainWindow, kRefreshMessage, 0, 0)) gRefreshPosted = false;
-}
-
 LRESULT CALLBACK MainWndProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
         case kUiCallMessage:
             return HandleUiCall(wParam, lParam);
         case kRefreshMessage:
-            gRefreshPosted = false;
-            RefreshWindowState();
+            HandleRefreshMessage();
             return 0;
         case WM_CREATE:
             return CreateAppWindows(window) ? 0 : -1;

@@ -11,10 +11,3 @@ void Zarn_OnSize(HWND window, int width, int height);
 // Lays the panes out again at the present size.
 void Zarn_NewSize(HWND window);
 void Zarn_OnClose(HWND window);
-// Title, toolbar, status bar and cursor after the state or the selection changed. UI thread.
-void RefreshWindowState();
-// The same from any thread: posted, several at once count as one.
-void PostRefreshWindowState();
-inline constexpr UINT kRefreshMessage = WM_APP + 2;
-// Timer 10: runs while an operation runs.
-inline constexpr UINT_PTR kTimeOutTimer = 10;
