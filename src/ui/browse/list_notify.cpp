@@ -1,7 +1,4 @@
-// What the list view tells its parent: texts to show, keys, clicks, label edits, selections.
-#include <windows.h>
-
-#include <commctrl.h>
+#include "ui/browse/list_notify.h"
 
 #include <algorithm>
 #include <cwchar>
@@ -16,12 +13,13 @@
 #include "resources/resource.h"
 #include "ui/browse/list_edit.h"
 #include "ui/browse/list_update.h"
-#include "ui/drag/drag_drop.h"
+#include "ui/browse/tree_selection.h"
 #include "ui/panes/list_columns.h"
 #include "ui/panes/list_images.h"
 #include "ui/panes/list_pane.h"
-#include "ui/panes/tree_pane.h"
+#include "ui/panes/pane_focus.h"
 #include "ui/screen/app.h"
+#include "ui/screen/messages.h"
 #include "ui/screen/pane_colors.h"
 #include "ui/screen/refresh.h"
 #include "ui/screen/wide_text.h"
@@ -73,7 +71,7 @@ bool OnKeyDown(const NMLVKEYDOWN& key) {
     switch (key.wVKey) {
         case VK_BACK:
         case VK_TAB:
-            SetFocus(TreeWindow());
+            FocusOtherPane(ListWindow());
             return true;
         case VK_RETURN:
             if (SelectedCount() == 1) OpenSelected();
@@ -132,16 +130,10 @@ int FindTyped(const NMLVFINDITEMW& find) {
     return -1;
 }
 
+// The control sets the new width only after it has said that the user chose one.
 bool OnHeader(const NMHEADERW& notice) {
     if (notice.hdr.code == HDN_ENDTRACKW || notice.hdr.code == HDN_DIVIDERDBLCLICKW) {
-        // The width is set after this notification.
-        struct Later {
-            static void CALLBACK Keep(HWND list, UINT, UINT_PTR position, DWORD) {
-                KillTimer(list, position);
-                KeepColumnWidth(list, static_cast<int>(position) - 1000);
-            }
-        };
-        SetTimer(ListWindow(), static_cast<UINT_PTR>(1000 + notice.iItem), 10, Later::Keep);
+        PostMessageW(gApp.mainWindow, kColumnResizedMessage, static_cast<WPARAM>(notice.iItem), 0);
     }
     return false;
 }
@@ -168,9 +160,6 @@ bool LV_NotifyHandler(NMHDR* header, LRESULT& result) {
             return true;
         case LVN_COLUMNCLICK:
             if (!KeysIgnored()) SortEntriesByClick(reinterpret_cast<NMLISTVIEW*>(header)->iSubItem);
-            return true;
-        case LVN_BEGINDRAG:
-            LV_OnBeginDrag(reinterpret_cast<NMLISTVIEW*>(header)->iItem);
             return true;
         case LVN_BEGINLABELEDITW:
             result = !LV_BeginLabelEdit(reinterpret_cast<NMLVDISPINFOW*>(header)->item.iItem);

@@ -34,10 +34,6 @@ constexpr int kLongestLabel = 260;
 
 TVobject* gNewFolder = nullptr;  // being named; not on the server yet
 
-HTREEITEM ItemOf(const TVobject* node) {
-    return reinterpret_cast<HTREEITEM>(node->hItem);
-}
-
 // The full path of a name beside or below a folder's node.
 std::string PathIn(const TVobject* folder, std::string_view name) {
     if (IsLocalNode(folder)) {

@@ -1,11 +1,7 @@
-// What the tree control tells its parent: texts and images to show, selections, openings, keys, clicks, label edits.
-#include <windows.h>
-
-#include <commctrl.h>
+#include "ui/browse/tree_notify.h"
 
 #include <algorithm>
 #include <string>
-#include <utility>
 
 #include "foundation/trace.h"
 #include "ftp/worker/session_state.h"
@@ -13,6 +9,7 @@
 #include "ui/browse/tree_edit.h"
 #include "ui/browse/tree_selection.h"
 #include "ui/panes/list_pane.h"
+#include "ui/panes/pane_focus.h"
 #include "ui/panes/tree_pane.h"
 #include "ui/screen/app.h"
 #include "ui/screen/refresh.h"
@@ -21,8 +18,6 @@
 namespace {
 
 enum Image { kClosedFolder, kOpenFolder, kSite, kSelectedSite };
-
-TVobject* gOpenWhenListed = nullptr;
 
 TVobject* NodeOf(const TVITEMW& item) {
     return reinterpret_cast<TVobject*>(item.lParam);
@@ -79,20 +74,15 @@ bool OnExpanding(const NMTREEVIEWW& notice) {
     return true;
 }
 
-TVobject* NodeUnderMouse() {
+POINT MousePosition() {
     const DWORD position = GetMessagePos();
-    TVHITTESTINFO hit{};
-    hit.pt = {static_cast<SHORT>(LOWORD(position)), static_cast<SHORT>(HIWORD(position))};
-    ScreenToClient(TreeWindow(), &hit.pt);
-    const HTREEITEM item = TreeView_HitTest(TreeWindow(), &hit);
-    if (item == nullptr || (hit.flags & TVHT_ONITEM) == 0) return nullptr;
-    return GetTVobjectByItem(item);
+    return {static_cast<SHORT>(LOWORD(position)), static_cast<SHORT>(HIWORD(position))};
 }
 
 bool OnDoubleClick() {
-    TVobject* node = NodeUnderMouse();
+    TVobject* node = TreeHitTest(MousePosition(), kHitLabel).node;
     if (node == nullptr) return false;
-    // Drives and folders open of themselves besides; the computer only does that.
+    // The control expands drives and folders on double-click by itself; for the computer node that is all we want.
     if (node->wObjType == kKindLocalComputer) return false;
     OpenWhenListed(node);
     TV_HandleDblClick(node);
@@ -105,35 +95,12 @@ void OnSelectionChanged(const NMTREEVIEWW& notice) {
     TV_OnSelChanged(NodeOf(notice.itemNew), notice.action == TVC_BYMOUSE);
 }
 
-}  // namespace
-
-// A local folder that was never listed may have children: its button finds out.
-bool NodeHasButton(const TVobject& node) {
-    const bool unknown = (node.wObjType == kKindLocalRoot || node.wObjType == kKindLocalFolder) && !node.listed;
-    return node.nChildren != 0 || unknown;
-}
-
-void OpenNodeInPlace(TVobject* node) {
-    if (!node->children.empty()) {
-        ExpandNode(node);
-    } else if (IsLocalNode(node) && !node->listed) {
-        OpenLocalNodeInPlace(node);
-    }
-}
-
-void OpenWhenListed(TVobject* node) {
-    gOpenWhenListed = node;
-}
-
-TVobject* TakeNodeToOpen() {
-    return std::exchange(gOpenWhenListed, nullptr);
-}
-
+// True when the key is dealt with.
 bool TV_HandleKey(WORD key) {
     switch (key) {
         case VK_BACK:
         case VK_TAB:
-            SetFocus(ListWindow());
+            FocusOtherPane(TreeWindow());
             return true;
         case VK_RETURN:
             if (TVobject* node = SelectedNode()) TV_HandleDblClick(node);
@@ -142,7 +109,7 @@ bool TV_HandleKey(WORD key) {
         case VK_ADD: {
             // A folder that was never listed has no button: the keys that open one list it.
             TVobject* node = SelectedNode();
-            const bool remote = node != nullptr && (node->wObjType == kKindSiteRoot || node->wObjType == kKindFolder);
+            const bool remote = node != nullptr && IsRemoteFolderKind(node->wObjType);
             if (!remote || node->listed || !node->children.empty()) return false;
             OpenWhenListed(node);
             TV_HandleDblClick(node);
@@ -157,6 +124,24 @@ bool TV_HandleKey(WORD key) {
             return true;
         default:
             return false;
+    }
+}
+
+}  // namespace
+
+void InstallTreeHandlers() {
+    TreeHandlers handlers;
+    handlers.keyPressed = [](WORD key) { TV_HandleKey(key); };
+    handlers.deletingChildren = ForgetChildren;
+    handlers.deletingNode = ForgetNode;
+    SetTreeHandlers(handlers);
+}
+
+void OpenNodeInPlace(TVobject* node) {
+    if (!node->children.empty()) {
+        ExpandNode(node);
+    } else if (IsLocalNode(node) && !node->listed) {
+        OpenLocalNodeInPlace(node);
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "config/initial_dirs.h"
 #include "foundation/trace.h"
@@ -28,13 +29,10 @@ TVobject* gPending = nullptr;  // the node that the selection is moving to
 bool gActsAtOnce = false;      // the program selects, not the keyboard: nothing to coalesce
 bool gOnlySelects = false;     // the selection moves without being acted on
 bool gWaitsForOperation = false;
+TVobject* gOpenWhenListed = nullptr;
 
 unsigned Address(const void* pointer) {
     return static_cast<unsigned>(reinterpret_cast<std::uintptr_t>(pointer));
-}
-
-HTREEITEM ItemOf(const TVobject* node) {
-    return reinterpret_cast<HTREEITEM>(node->hItem);
 }
 
 bool Busy() {
@@ -45,12 +43,16 @@ void StartSelectionTimer(UINT delay) {
     SetTimer(gApp.mainWindow, kSelectionTimer, delay, nullptr);
 }
 
-bool IsRemoteFolder(const TVobject* node) {
-    return node->wObjType == kKindSiteRoot || node->wObjType == kKindFolder;
+// A node whose items the list can show.
+bool CanBeListed(const TVobject* node) {
+    return IsRemoteFolderKind(node->wObjType) || IsLocalNodeKind(node->wObjType);
 }
 
-bool IsShownFolder(const TVobject* node) {
-    return IsRemoteFolder(node) || IsLocalNode(node);
+// Null: all nodes.
+void ForgetNodesBelow(const TVobject* node) {
+    for (TVobject** known : {&gCurrent, &gPending, &gOpenWhenListed}) {
+        if (node == nullptr || IsNodeBelow(*known, node)) *known = nullptr;
+    }
 }
 
 // The nodes above it open, so that the node's item stands in the control.
@@ -203,7 +205,7 @@ void TV_HandleDblClick(TVobject* node) {
         PostMessageW(gApp.mainWindow, WM_COMMAND, IDM_CONNECT, 0);
         return;
     }
-    if (!IsShownFolder(node)) return;
+    if (!CanBeListed(node)) return;
     if (node == gCurrent) {
         DbgVsprintf(kFunction, "REFRESHING : %s", node->pszName.c_str());
         RefreshSelectedFolder();
@@ -215,17 +217,9 @@ void TV_HandleDblClick(TVobject* node) {
     TV_HandleRealSelChange();
 }
 
-TVobject* CurrentTreeNode() {
-    return gCurrent;
-}
-
-void SetCurrentTreeNode(TVobject* node) {
-    gCurrent = node;
-}
-
 void RefreshSelectedFolder() {
     TVobject* node = SelectedNode();
-    if (node != nullptr && IsShownFolder(node)) StartChangeDir(node);
+    if (node != nullptr && CanBeListed(node)) StartChangeDir(node);
 }
 
 bool StartChangeDir(TVobject* node) {
@@ -260,11 +254,23 @@ void SelectWithoutListing(TVobject* node) {
     if (node != nullptr) gSession.activeSite = TV_GetFtpSite(node);
 }
 
-void ForgetNodesBelow(const TVobject* node) {
-    if (node == nullptr || IsNodeBelow(gCurrent, node)) gCurrent = nullptr;
-    if (node == nullptr || IsNodeBelow(gPending, node)) gPending = nullptr;
-    TVobject* open = TakeNodeToOpen();
-    if (node != nullptr && !IsNodeBelow(open, node)) OpenWhenListed(open);
+void OpenWhenListed(TVobject* node) {
+    gOpenWhenListed = node;
+}
+
+TVobject* TakeNodeToOpen() {
+    return std::exchange(gOpenWhenListed, nullptr);
+}
+
+void ForgetChildren(const TVobject* node) {
+    // The list's entries point to the children's nodes.
+    if (ListedFolder() != nullptr && IsNodeBelow(ListedFolder(), node)) InitListView();
+    for (const auto& child : node->children) ForgetNodesBelow(child.get());
+}
+
+void ForgetNode(const TVobject* node) {
+    if (node != nullptr && ListedFolder() == node) InitListView();
+    ForgetNodesBelow(node);
 }
 
 void AddRememberedDirectories(TVobject* siteNode) {

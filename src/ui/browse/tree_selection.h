@@ -18,9 +18,6 @@ void CancelSelectionTimer();
 // The timer fired.
 bool TV_HandleRealSelChange();
 void TV_HandleDblClick(TVobject* node);
-// The node last handled; null after it was deleted.
-TVobject* CurrentTreeNode();
-void SetCurrentTreeNode(TVobject* node);
 // Re-lists the selected folder on the worker.
 void RefreshSelectedFolder();
 // Starts listing a node's folder on the worker (remote or local).
@@ -31,7 +28,15 @@ void ShowFirstDirectory(Site* site, const char* directory);
 void AddRememberedDirectories(TVobject* siteNode);
 // A site was disconnected: empties the list, resets the site's node and selects it.
 void ShowDisconnected(Site* site);
-// A node is about to go with all below it.
-void ForgetNodesBelow(const TVobject* node);
+// All nodes below `node` are about to be freed.
+void ForgetChildren(const TVobject* node);
+// `node` is about to be freed, its children are gone; null: every node is.
+void ForgetNode(const TVobject* node);
+// Selects a node and opens the nodes above it; a folder is listed without the delay for the keyboard.
+void SelectNode(TVobject* node);
+// A folder that is being listed opens when the listing has ended.
+void OpenWhenListed(TVobject* node);
+// Hands that folder over and forgets it; null without one.
+TVobject* TakeNodeToOpen();
 // Selects a node without acting on it; it becomes the current one.
 void SelectWithoutListing(TVobject* node);

@@ -32,6 +32,7 @@
 #include "ui/panes/list_pane.h"
 #include "ui/panes/tree_pane.h"
 #include "ui/screen/app.h"
+#include "ui/screen/redraw_pause.h"
 #include "ui/screen/refresh.h"
 
 namespace {
@@ -66,11 +67,6 @@ void OnCopy(HWND, UINT) {
     ShowMessageBox("Got a IDM_COPY Message", nullptr, BoxButtons::Ok, BoxIcon::None);
 }
 
-void Redraw(HWND window, bool on) {
-    SendMessageW(window, WM_SETREDRAW, on, 0);
-    if (on) RedrawWindow(window, nullptr, nullptr, RDW_ERASE | RDW_FRAME | RDW_INVALIDATE | RDW_ALLCHILDREN);
-}
-
 // A worker that is still at it (the one that met the lost connection) ends before its sockets go.
 constexpr std::uint32_t kWorkerEnd = 5000;  // milliseconds
 
@@ -78,11 +74,11 @@ void OnDisconnect(HWND, UINT) {
     Site* site = gSession.activeSite != nullptr ? gSession.activeSite.load() : SelectedSite();
     if (site == nullptr) return;
     if (WorkerRunning()) StopWorker(kWorkerEnd);
-    Redraw(TreeWindow(), false);
-    Redraw(ListWindow(), false);
-    Zarn_IdmDisconnect(site);
-    Redraw(TreeWindow(), true);
-    Redraw(ListWindow(), true);
+    {
+        const RedrawPause treePause(TreeWindow());
+        const RedrawPause listPause(ListWindow());
+        Zarn_IdmDisconnect(site);
+    }
     SetFocus(TreeWindow());
     ShowStatusText("");
     RefreshWindowState();
@@ -179,7 +175,7 @@ void OnTransfer(HWND, UINT) {
 void OnSaveConfiguration(HWND, UINT) {
     Site* site = SelectedSite();
     if (site != nullptr) SaveSiteInfo(site);
-    SaveShownColumns();
+    SaveShownColumns(ListWindow());
     SavePortInfo("", gZarn.defaultPort);
     SaveModeInfo("", gZarn.defaultMode);
     SaveDefaults();

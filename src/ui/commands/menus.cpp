@@ -162,19 +162,6 @@ unsigned ChooseInList(POINT position) {
     return menu.Track(position);
 }
 
-TVobject* NodeAt(POINT screen, HTREEITEM& item) {
-    TVHITTESTINFO hit{};
-    hit.pt = screen;
-    ScreenToClient(TreeWindow(), &hit.pt);
-    item = TreeView_HitTest(TreeWindow(), &hit);
-    if (item == nullptr ||
-        (hit.flags & (TVHT_ONITEM | TVHT_ONITEMBUTTON | TVHT_ONITEMINDENT | TVHT_ONITEMRIGHT)) == 0) {
-        item = nullptr;
-        return nullptr;
-    }
-    return GetTVobjectByItem(item);
-}
-
 unsigned ChooseForNode(const TVobject& node, POINT position) {
     switch (node.wObjType) {
         case kKindAddSite:
@@ -189,53 +176,73 @@ unsigned ChooseForNode(const TVobject& node, POINT position) {
     }
 }
 
-void TV_HandleRClick(HWND window, POINT position, bool byKeyboard) {
-    HTREEITEM item = nullptr;
-    TVobject* node = nullptr;
-    if (byKeyboard) {
-        item = TreeView_GetSelection(TreeWindow());
-        node = GetTVobjectByItem(item);
-        RECT place{};
-        if (item != nullptr) TreeView_EnsureVisible(TreeWindow(), item);
-        if (item != nullptr && TreeView_GetItemRect(TreeWindow(), item, &place, TRUE)) {
-            position = {place.left, place.bottom};
-            ClientToScreen(TreeWindow(), &position);
-        }
-    } else {
-        node = NodeAt(position, item);
+// The selected node, and where a menu asked for by key opens: under its label.
+TreeHit SelectedHit(POINT& position) {
+    const HTREEITEM item = TreeView_GetSelection(TreeWindow());
+    if (item == nullptr) return {};
+    RECT place{};
+    TreeView_EnsureVisible(TreeWindow(), item);
+    if (TreeView_GetItemRect(TreeWindow(), item, &place, TRUE)) {
+        position = {place.left, place.bottom};
+        ClientToScreen(TreeWindow(), &position);
     }
-    if (node == nullptr) return;
-    if (reinterpret_cast<HTREEITEM>(node->hItem) != item) {
+    return {item, GetTVobjectByItem(item)};
+}
+
+void RefreshIfSelected(HWND, TVobject* node) {
+    if (node == SelectedNode()) RefreshSelectedFolder();
+}
+
+void DeleteClickedSite(HWND, TVobject* node) {
+    DeleteSiteNode(node);
+    SetFocus(TreeWindow());
+}
+
+void EditClickedLabel(HWND, TVobject* node) {
+    TreeView_EditLabel(TreeWindow(), ItemOf(node));
+}
+
+void ConnectClickedSite(HWND window, TVobject* node) {
+    SelectNode(node);
+    ProcessCommandsWndProc(window, IDM_CONNECT);
+}
+
+// Commands that act on the clicked node itself; all others act on the selection.
+struct NodeCommand {
+    unsigned id;
+    void (*handler)(HWND window, TVobject* node);
+};
+constexpr std::array<NodeCommand, 5> kNodeCommands = {{
+    {IDM_CONNECT, ConnectClickedSite},
+    {IDM_TV_REFRESH, RefreshIfSelected},
+    {IDM_DELETE_SITE, DeleteClickedSite},
+    {IDM_RENAME_SITE, EditClickedLabel},
+    {IDM_TV_RENAME, EditClickedLabel},
+}};
+
+void RunForNode(HWND window, unsigned command, TVobject* node) {
+    for (const NodeCommand& known : kNodeCommands) {
+        if (known.id != command) continue;
+        known.handler(window, node);
+        return;
+    }
+    SelectNode(node);
+    gApp.focus = Pane::Tree;
+    ProcessCommandsWndProc(window, command);
+}
+
+void TV_HandleRClick(HWND window, POINT position, bool byKeyboard) {
+    const TreeHit hit = byKeyboard ? SelectedHit(position) : TreeHitTest(position, kHitRow);
+    if (hit.node == nullptr) return;
+    if (ItemOf(hit.node) != hit.item) {
         ShowMessageBox("Hit problem in GetPopupMenu(TV)", nullptr, BoxButtons::Ok, BoxIcon::Exclamation);
         return;
     }
     // Shown highlighted while the menu is open; the selection itself does not move.
-    TreeView_Select(TreeWindow(), item, TVGN_DROPHILITE);
-    const unsigned command = ChooseForNode(*node, position);
+    TreeView_Select(TreeWindow(), hit.item, TVGN_DROPHILITE);
+    const unsigned command = ChooseForNode(*hit.node, position);
     TreeView_Select(TreeWindow(), nullptr, TVGN_DROPHILITE);
-    if (command == 0 || CommandsRefused()) return;
-    switch (command) {
-        case IDM_CONNECT:
-            SelectNode(node);
-            ProcessCommandsWndProc(window, command);
-            break;
-        case IDM_TV_REFRESH:
-            if (node == SelectedNode()) RefreshSelectedFolder();
-            break;
-        case IDM_DELETE_SITE:
-            DeleteSiteNode(node);
-            SetFocus(TreeWindow());
-            break;
-        case IDM_RENAME_SITE:
-        case IDM_TV_RENAME:
-            TreeView_EditLabel(TreeWindow(), item);
-            break;
-        default:
-            SelectNode(node);
-            gApp.focus = Pane::Tree;
-            ProcessCommandsWndProc(window, command);
-            break;
-    }
+    if (command != 0 && !CommandsRefused()) RunForNode(window, command, hit.node);
 }
 
 void ListContextMenu(HWND window, POINT position, bool byKeyboard) {

@@ -14,6 +14,7 @@
 #include "platform/files.h"
 #include "ui/browse/command_context.h"
 #include "ui/browse/local_computer.h"
+#include "ui/browse/tree_notify.h"
 #include "ui/drag/drag_rules.h"
 #include "ui/drag/drops.h"
 #include "ui/panes/list_images.h"
@@ -148,22 +149,6 @@ POINT PointerPlace() {
     return point;
 }
 
-// The node under a point of the screen; the item is what is highlighted.
-TVobject* NodeAt(POINT screen, HTREEITEM& item) {
-    item = nullptr;
-    RECT tree{};
-    GetWindowRect(TreeWindow(), &tree);
-    if (!PtInRect(&tree, screen)) return nullptr;
-    TVHITTESTINFO hit{};
-    hit.pt = screen;
-    ScreenToClient(TreeWindow(), &hit.pt);
-    const HTREEITEM found = TreeView_HitTest(TreeWindow(), &hit);
-    constexpr UINT kOnRow = TVHT_ONITEM | TVHT_ONITEMBUTTON | TVHT_ONITEMINDENT | TVHT_ONITEMRIGHT;
-    if (found == nullptr || (hit.flags & kOnRow) == 0) return nullptr;
-    item = found;
-    return GetTVobjectByItem(item);
-}
-
 bool IsOpen(HTREEITEM item) {
     return (TreeView_GetItemState(TreeWindow(), item, TVIS_EXPANDED) & TVIS_EXPANDED) != 0;
 }
@@ -181,8 +166,7 @@ class TreeDrag {
     void Follow() {
         const POINT pointer = PointerPlace();
         picture_.MoveTo(pointer);
-        HTREEITEM item = nullptr;
-        const TVobject* node = NodeAt(pointer, item);
+        const auto [item, node] = TreeHitTest(pointer, kHitRow);
         if (item != under_) {
             under_ = item;
             restsSince_ = GetTickCount();
@@ -199,12 +183,11 @@ class TreeDrag {
 
     void Tick() {
         if (++ticks_ % kTicksPerScroll == 0) Scroll();
-        HTREEITEM item = nullptr;
-        TVobject* node = NodeAt(PointerPlace(), item);
+        const auto [item, node] = TreeHitTest(PointerPlace(), kHitRow);
         if (node != nullptr && item == under_ &&
             OpensUnderPointer(GetTickCount() - restsSince_, IsOpen(item), NodeHasButton(*node))) {
             restsSince_ = GetTickCount();
-            picture_.Without([node] { OpenNodeInPlace(node); });
+            picture_.Without([opened = node] { OpenNodeInPlace(opened); });
         }
         Follow();
     }
@@ -284,8 +267,7 @@ bool FollowMouse(HWND window, TreeDrag& drag) {
 
 // The mouse was let go. Nothing is remembered of the tree: it may have changed under the pointer.
 void DropCarried(Carried& carried) {
-    HTREEITEM item = nullptr;
-    const TVobject* node = NodeAt(PointerPlace(), item);
+    const TVobject* node = TreeHitTest(PointerPlace(), kHitRow).node;
     const DropEffect effect = DropEffectFor(carried.load, PlaceOf(node));
     DbgVsprintf(kFunction, "Dropped on %s: %d", node != nullptr ? node->pszName.c_str() : "nothing",
                 static_cast<int>(effect));

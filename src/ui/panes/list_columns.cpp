@@ -11,8 +11,8 @@
 #include "foundation/catalogue.h"
 #include "foundation/message_ids.h"
 #include "platform/registry.h"
-#include "ui/panes/list_pane.h"
 #include "ui/screen/app.h"
+#include "ui/screen/redraw_pause.h"
 #include "ui/screen/wide_text.h"
 
 namespace {
@@ -34,11 +34,11 @@ constexpr std::array<ColumnInfo, kLogicalColumns> kColumnInfo = {{
 }};
 constexpr std::array<int, kColumnsWindows> kWindowsLayout = {kColumnName, kColumnType, kColumnSize, kColumnTimestamp};
 
-constexpr int kMargin = 16;            // beside a text, pixels at 96 dpi
-constexpr int kIconRoom = 22;          // in front of a name, pixels at 96 dpi
-constexpr int kArrowRoom = 18;         // behind a heading
-constexpr int kEntriesMeasured = 500;  // of a folder
-constexpr int kTextsMeasured = 12;     // of a column
+constexpr int kMargin = 16;                    // beside a text, pixels at 96 dpi
+constexpr int kIconRoom = 22;                  // in front of a name, pixels at 96 dpi
+constexpr int kArrowRoom = 18;                 // behind a heading
+constexpr std::size_t kEntriesMeasured = 500;  // of a folder
+constexpr std::size_t kTextsMeasured = 12;     // of a column
 
 // Widths of one layout while the program runs. A width that the store held, or that the user chose, stays.
 struct LayoutWidths {
@@ -88,11 +88,11 @@ void LearnWidths(HWND list, std::uint32_t columns) {
 }
 
 // Width of the widest of a column's texts. Measuring is dear, so only the longest ones are measured.
-int WidestText(HWND list, int logicalColumn, int entries) {
+int WidestText(HWND list, int logicalColumn, std::span<const LVobjectPtr> entries) {
     std::array<std::wstring, kTextsMeasured> longest;
     std::size_t used = 0;
-    for (int i = 0; i < entries; ++i) {
-        const std::string text = ShownName(ColumnText(*EntryAt(i), logicalColumn));
+    for (const LVobjectPtr& entry : entries) {
+        const std::string text = ShownName(ColumnText(*entry, logicalColumn));
         if (used == longest.size()) {
             const auto shortest = std::min_element(longest.begin(), longest.end(),
                                                    [](const auto& a, const auto& b) { return a.size() < b.size(); });
@@ -156,7 +156,7 @@ unsigned ColumnHeaderMessage(int logicalColumn) {
 void RebuildColumns(HWND list, std::uint32_t columns) {
     LearnWidths(list, columns);
     const LayoutWidths& widths = WidthsOf(columns);
-    const ListPause pause;
+    const RedrawPause pause(list);
     while (ListView_DeleteColumn(list, 0)) {
     }
     for (int i = 0; i < ColumnCount(columns); ++i) {
@@ -172,17 +172,17 @@ void RebuildColumns(HWND list, std::uint32_t columns) {
     PublishWidths(widths);
 }
 
-void FitColumns(HWND list, std::uint32_t columns) {
+void FitColumns(HWND list, std::uint32_t columns, std::span<const LVobjectPtr> entries) {
     LearnWidths(list, columns);
     LayoutWidths& widths = WidthsOf(columns);
-    const int entries = std::min(EntryCount(), kEntriesMeasured);
+    const auto measured = entries.first(std::min(entries.size(), kEntriesMeasured));
     for (int i = 0; i < ColumnCount(columns); ++i) {
         const std::size_t at = static_cast<std::size_t>(i);
         if (widths.kept[at]) continue;
         const int logical = LogicalColumnAt(columns, i);
         const int room = Scaled(logical == kColumnName ? kMargin + kIconRoom : kMargin);
         const int largest = Scaled(kColumnInfo[static_cast<std::size_t>(logical)].largest);
-        const int wanted = std::min(WidestText(list, logical, entries) + room, largest);
+        const int wanted = std::min(WidestText(list, logical, measured) + room, largest);
         if (wanted <= widths.width[at]) continue;
         widths.width[at] = wanted;
         ListView_SetColumnWidth(list, i, wanted);
@@ -215,14 +215,14 @@ void KeepColumnWidth(HWND list, int position) {
     PublishWidths(widths);
 }
 
-void SaveShownColumns() {
+void SaveShownColumns(HWND list) {
     if (gZarn.COLUMNS != kColumnsWindows && gZarn.COLUMNS != kColumnsUnix) return;
     const int count = ColumnCount(gZarn.COLUMNS);
     std::int32_t shown[kMostColumns] = {};
     const LayoutWidths& widths = WidthsOf(gZarn.COLUMNS);
     const bool visible = gZarn.uiStyle == UiStyle::Details;
     for (int i = 0; i < count; ++i) {
-        shown[i] = visible ? ListView_GetColumnWidth(ListWindow(), i) : widths.width[static_cast<std::size_t>(i)];
+        shown[i] = visible ? ListView_GetColumnWidth(list, i) : widths.width[static_cast<std::size_t>(i)];
     }
     SaveColumnInfo(shown, count);
 }

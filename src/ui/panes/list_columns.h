@@ -3,7 +3,7 @@
 
 #include <windows.h>
 
-#include <string>
+#include <span>
 
 #include "listing/directory_entry.h"
 
@@ -27,8 +27,8 @@ const char* ColumnText(LVobject& entry, int logicalColumn);
 unsigned ColumnHeaderMessage(int logicalColumn);
 // Removes all columns and inserts those of the layout.
 void RebuildColumns(HWND list, std::uint32_t columns);
-// Column widths that fit the texts, for the first entries of a folder; remembered and stored widths win.
-void FitColumns(HWND list, std::uint32_t columns);
+// Widens the columns to fit the texts of a folder's first entries; remembered and stored widths win.
+void FitColumns(HWND list, std::uint32_t columns, std::span<const LVobjectPtr> entries);
 // Widths that were right at one resolution become right at another.
 void RescaleColumns(HWND list, UINT fromDpi, UINT toDpi);
 // Gives the shown columns the widths that are remembered for them.
@@ -36,4 +36,4 @@ void ReapplyColumns(HWND list);
 // The user dragged a heading: that width stays.
 void KeepColumnWidth(HWND list, int position);
 // Writes the widths of the layout shown to the store.
-void SaveShownColumns();
+void SaveShownColumns(HWND list);

@@ -1,5 +1,7 @@
 #include "ui/panes/list_pane.h"
 
+#include <shellapi.h>
+
 #include <algorithm>
 #include <array>
 #include <memory>
@@ -10,12 +12,11 @@
 #include "foundation/trace.h"
 #include "platform/threads.h"
 #include "resources/resource.h"
-#include "ui/commands/toolbar.h"
-#include "ui/drag/drops.h"
 #include "ui/panes/list_columns.h"
 #include "ui/panes/list_images.h"
 #include "ui/panes/list_sort.h"
 #include "ui/screen/app.h"
+#include "ui/screen/redraw_pause.h"
 #include "ui/screen/refresh.h"
 
 namespace {
@@ -24,7 +25,6 @@ HWND gList = nullptr;
 std::vector<LVobjectPtr> gEntries;
 TVobject* gFolder = nullptr;
 SortState gSort;
-int gPauses = 0;
 bool gColumnsFitted = false;  // for the folder that is shown
 
 // More entries than this are freed by a thread of their own, so that leaving a large folder takes no time.
@@ -103,7 +103,7 @@ constexpr int kDeselectedOneByOne = 500;
 void ClearSelection() {
     const int selected = SelectedCount();
     if (selected > kDeselectedOneByOne) {
-        const ListPause pause;
+        const RedrawPause pause(gList);
         ListView_SetItemState(gList, -1, 0, LVIS_SELECTED);
         return;
     }
@@ -180,17 +180,14 @@ void SetViewBits(UiStyle style) {
 WNDPROC gControlProc = nullptr;
 
 LRESULT CALLBACK ListProc(HWND list, UINT message, WPARAM wParam, LPARAM lParam) {
-    if (message == WM_DROPFILES) {
-        OnShellDrop(reinterpret_cast<HDROP>(wParam));
-        return 0;
-    }
+    if (message == WM_DROPFILES) return SendMessageW(GetParent(list), message, wParam, lParam);
     return CallWindowProcW(gControlProc, list, message, wParam, lParam);
 }
 
 void Resort(int column, int logicalColumn) {
     const bool descending = gSort.descending[logicalColumn];
     const SelectionKeeper keeper;
-    const ListPause pause;
+    const RedrawPause pause(gList);
     SortEntries(gEntries, column, gZarn.COLUMNS, descending);
     keeper.Restore();
     const bool largerFirst = logicalColumn == kColumnLinks || logicalColumn == kColumnSize;
@@ -198,16 +195,6 @@ void Resort(int column, int logicalColumn) {
 }
 
 }  // namespace
-
-ListPause::ListPause() {
-    if (gPauses++ == 0) SendMessageW(gList, WM_SETREDRAW, FALSE, 0);
-}
-
-ListPause::~ListPause() {
-    if (--gPauses > 0) return;
-    SendMessageW(gList, WM_SETREDRAW, TRUE, 0);
-    RedrawWindow(gList, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_ALLCHILDREN);
-}
 
 bool CreateListPane(HWND parent) {
     const DWORD style = WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS | WS_TABSTOP | LVS_OWNERDATA | LVS_SHOWSELALWAYS |
@@ -268,13 +255,13 @@ void LV_AddEntries(TVobject* folder, std::vector<LVobjectPtr> entries) {
     }
     if (!gColumnsFitted && !gEntries.empty()) {
         gColumnsFitted = true;
-        FitColumns(gList, gZarn.COLUMNS);
+        FitColumns(gList, gZarn.COLUMNS, gEntries);
     }
 }
 
 void LV_EntriesComplete() {
     if (gList == nullptr) return;
-    const ListPause pause;
+    const RedrawPause pause(gList);
     ShowCount();
     if (gZarn.uiStyle == UiStyle::List || gZarn.uiStyle == UiStyle::SmallIcons) {
         // The control measures the width of these views' columns only when a view begins.
@@ -361,7 +348,7 @@ std::uint64_t SelectedBytes() {
 void SelectAllEntries() {
     // The control looks at every entry, and with redrawing on at every entry's place, too.
     {
-        const ListPause pause;
+        const RedrawPause pause(gList);
         ListView_SetItemState(gList, -1, LVIS_SELECTED, LVIS_SELECTED);
     }
     PostRefreshWindowState();
@@ -384,11 +371,11 @@ void LV_ChangeView(UiStyle style, std::uint32_t columns) {
         DbgVsprintf(kFunction, "%s", kAlready[static_cast<std::size_t>(style)]);
         return;
     }
-    const ListPause pause;
+    const RedrawPause pause(gList);
     if (details && columns != gZarn.COLUMNS) {
         gZarn.COLUMNS = columns;
         RebuildColumns(gList, columns);
-        if (EntryCount() > 0) FitColumns(gList, columns);
+        if (EntryCount() > 0) FitColumns(gList, columns, gEntries);
     }
     if (style != gZarn.uiStyle) {
         gZarn.uiStyle = style;
@@ -397,7 +384,6 @@ void LV_ChangeView(UiStyle style, std::uint32_t columns) {
     }
     const int focused = ListView_GetNextItem(gList, -1, LVNI_FOCUSED);
     if (focused >= 0) ListView_EnsureVisible(gList, focused, FALSE);
-    SetToolbarButtonState();
 }
 
 void SortEntriesByColumn(int column) {

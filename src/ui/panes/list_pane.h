@@ -16,15 +16,6 @@ bool CreateListPane(HWND parent);
 void DestroyListPane();
 HWND ListWindow();
 
-// While one lives the list does not draw; then it does so once, headings included. They may be nested.
-class ListPause {
-  public:
-    ListPause();
-    ~ListPause();
-    ListPause(const ListPause&) = delete;
-    ListPause& operator=(const ListPause&) = delete;
-};
-
 // Frees every entry and empties the control.
 void InitListView();
 // The pane owns the entries from here on. The first ones show at once, later ones within a moment or with
@@ -50,6 +41,8 @@ std::uint64_t SelectedBytes();
 void SelectAllEntries();
 // Selected, focused and scrolled into view; the others are not selected any more.
 void SelectOnly(int index);
+// The view of the list, and in the details view its layout. Other windows that show which view is on are the caller's
+// to refresh.
 void LV_ChangeView(UiStyle style, std::uint32_t columns);
 // Sorts by a column number of the shown layout, as CompareEntries takes it; selection and focus stay with their
 // entries.
@@ -61,6 +54,3 @@ int IndexOfEntry(const LVobject* entry);
 void RedrawEntry(int index);
 // What the control is to show at an index: the entry there, except while it measures.
 LVobject* ShownEntryAt(int index);
-
-// WM_NOTIFY of the list; true when handled, with the answer in `result`.
-bool LV_NotifyHandler(NMHDR* header, LRESULT& result);

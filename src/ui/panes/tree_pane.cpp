@@ -20,10 +20,8 @@
 #include "platform/registry.h"
 #include "platform/system.h"
 #include "resources/resource.h"
-#include "ui/browse/local_computer.h"
-#include "ui/browse/tree_selection.h"
-#include "ui/panes/list_pane.h"
 #include "ui/screen/app.h"
+#include "ui/screen/redraw_pause.h"
 #include "ui/screen/wide_text.h"
 
 namespace {
@@ -34,14 +32,11 @@ HWND gTree = nullptr;
 HIMAGELIST gImages = nullptr;
 std::vector<NodePtr> gTopNodes;
 int gSites = 0;
+TreeHandlers gHandlers;
 
 // Image list: closed folder, open folder, site, selected site.
 constexpr std::array<const wchar_t*, 4> kIcons = {L"IDI_FOLDER", L"IDI_OPENFOLDER", L"IDI_SITE", L"IDI_SITE_SEL"};
 constexpr int kIconSize = 16;  // pixels at 96 dpi
-
-HTREEITEM ItemOf(const TVobject* node) {
-    return reinterpret_cast<HTREEITEM>(node->hItem);
-}
 
 HTREEITEM InsertItem(TVobject* node, HTREEITEM parent, HTREEITEM after) {
     TVINSERTSTRUCTW insert{};
@@ -109,7 +104,7 @@ LRESULT CALLBACK TreeProc(HWND tree, UINT message, WPARAM wParam, LPARAM lParam)
     switch (message) {
         case WM_KEYDOWN:
             if (!IsParentsKey(wParam)) break;
-            TV_HandleKey(static_cast<WORD>(wParam));
+            gHandlers.keyPressed(static_cast<WORD>(wParam));
             return 0;
         case WM_CHAR:
             if (IsParentsKey(wParam)) return 0;
@@ -119,17 +114,6 @@ LRESULT CALLBACK TreeProc(HWND tree, UINT message, WPARAM wParam, LPARAM lParam)
     }
     return CallWindowProcW(gControlProc, tree, message, wParam, lParam);
 }
-
-class RedrawPause {
-  public:
-    RedrawPause() { SendMessageW(gTree, WM_SETREDRAW, FALSE, 0); }
-    ~RedrawPause() {
-        SendMessageW(gTree, WM_SETREDRAW, TRUE, 0);
-        InvalidateRect(gTree, nullptr, TRUE);
-    }
-    RedrawPause(const RedrawPause&) = delete;
-    RedrawPause& operator=(const RedrawPause&) = delete;
-};
 
 // An empty name cannot be set as the last session, so the value itself is emptied.
 void ForgetLastSession() {
@@ -150,6 +134,10 @@ void LeaveSite(TVobject* node) {
 }
 
 }  // namespace
+
+void SetTreeHandlers(const TreeHandlers& handlers) {
+    gHandlers = handlers;
+}
 
 bool CreateTreePane(HWND parent) {
     constexpr char kFunction[] = "CreateTreePane";
@@ -175,14 +163,13 @@ bool CreateTreePane(HWND parent) {
 }
 
 void DestroyTreePane() {
-    CancelSelectionTimer();
     if (gTree != nullptr) {
         SendMessageW(gTree, WM_SETREDRAW, FALSE, 0);
         HWND tree = gTree;
         gTree = nullptr;
         DestroyWindow(tree);
     }
-    ForgetNodesBelow(nullptr);
+    gHandlers.deletingNode(nullptr);
     gTopNodes.clear();
     if (gImages != nullptr) ImageList_Destroy(gImages);
     gImages = nullptr;
@@ -216,12 +203,11 @@ TVobject* FillTreePane(const char* lastSession) {
     TVobject* last = nullptr;
     TV_AddSite(SitePtr(Zarn_CreateDefaultSite(nullptr)), TVI_FIRST);
     for (SitePtr& site : LoadSites()) {
-        // The local computer has a site's record, but is none.
+        // The local computer uses a Site record but is not a site.
         if (site->dwType == HOST_TYPE_LOCAL) continue;
         TVobject* node = TV_AddSite(std::move(site), TVI_SORT);
         if (node != nullptr && lastSession != nullptr && node->pszName.view() == lastSession) last = node;
     }
-    AddLocalComputer();
     return last;
 }
 
@@ -270,11 +256,9 @@ void TV_SetChildren(TVobject* node, int children) {
 
 void TV_DeleteChildren(TVobject* node) {
     if (node == nullptr || node->children.empty()) return;
-    // The list's entries know the children's nodes.
-    if (ListedFolder() != nullptr && IsNodeBelow(ListedFolder(), node)) InitListView();
-    for (const NodePtr& child : node->children) ForgetNodesBelow(child.get());
+    gHandlers.deletingChildren(node);
     {
-        const RedrawPause pause;
+        const RedrawPause pause(gTree);
         if (node->hItem != 0) TreeView_Expand(gTree, ItemOf(node), TVE_COLLAPSE | TVE_COLLAPSERESET);
         for (auto child = node->children.rbegin(); child != node->children.rend(); ++child) RemoveItem(child->get());
     }
@@ -290,8 +274,7 @@ void TV_DeleteNode(TVobject* node) {
     TVobject* parent = node->pTVparent;
     LeaveSite(node);
     TV_DeleteChildren(node);
-    if (ListedFolder() == node) InitListView();
-    ForgetNodesBelow(node);
+    gHandlers.deletingNode(node);
     RemoveItem(node);
     if (parent != nullptr) {
         RemoveChildNode(parent, node);
@@ -332,6 +315,19 @@ bool TV_GetItemText(HTREEITEM item, char (&text)[260]) {
     return node != nullptr;
 }
 
+HTREEITEM ItemOf(const TVobject* node) {
+    return reinterpret_cast<HTREEITEM>(node->hItem);
+}
+
+TreeHit TreeHitTest(POINT screen, UINT parts) {
+    TVHITTESTINFO hit{};
+    hit.pt = screen;
+    ScreenToClient(gTree, &hit.pt);
+    const HTREEITEM item = TreeView_HitTest(gTree, &hit);
+    if (item == nullptr || (hit.flags & parts) == 0) return {};
+    return {item, GetTVobjectByItem(item)};
+}
+
 TVobject* SelectedNode() {
     return GetTVobjectByItem(nullptr);
 }
@@ -341,6 +337,10 @@ TVobject* NodeOfSite(const Site* site) {
         if (site != nullptr && node->pSite == site) return node.get();
     }
     return nullptr;
+}
+
+bool NodeHasButton(const TVobject& node) {
+    return node.nChildren != 0 || (IsLocalFolderKind(node.wObjType) && !node.listed);
 }
 
 // A root node's name is no part of its children's paths, so the levels of a directory such as /home/u stand one below
@@ -393,7 +393,7 @@ void CollapseAndReset(TVobject* node) {
 
 void TV_InsertChildren(TVobject* node) {
     if (node == nullptr || node->hItem == 0) return;
-    const RedrawPause pause;
+    const RedrawPause pause(gTree);
     InsertChildItems(node);
 }
 

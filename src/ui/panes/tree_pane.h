@@ -1,6 +1,5 @@
-// The tree: the add-site node, the saved sites with their remote directories, the local computer. Text, images and
-// buttons are answered on demand from the nodes; children enter the control when their parent opens. Decisions about
-// what a selection does: tree_selection.h. Renaming: tree_edit.h.
+// The tree control and its nodes: adding, deleting, opening and finding them. Children enter the control when their
+// parent opens. The pane decides nothing: what notifications and selections do is in browse/.
 #pragma once
 
 #include <windows.h>
@@ -11,14 +10,25 @@
 
 #include "listing/tree_node.h"
 
+// What the pane leaves to others to decide.
+struct TreeHandlers {
+    // Backspace, Tab or Enter: keys that the control itself must not see.
+    void (*keyPressed)(WORD key) = [](WORD) {};
+    // Called before nodes are freed: all nodes below `node`; `node` itself, whose children are gone already, or every
+    // node there is when it is null.
+    void (*deletingChildren)(const TVobject* node) = [](const TVobject*) {};
+    void (*deletingNode)(const TVobject* node) = [](const TVobject*) {};
+};
+void SetTreeHandlers(const TreeHandlers& handlers);
+
 bool CreateTreePane(HWND parent);
 void DestroyTreePane();
 HWND TreeWindow();
 // Images follow the resolution of the window.
 bool InitTreeViewImageLists(UINT dpi);
 
-// Top level: the add-site node, every site of the store (sorted), the local computer. Returns the node of the site
-// named by `lastSession`, or null.
+// Adds the add-site node and every site of the store (sorted). Returns the node of the site named by `lastSession`, or
+// null.
 TVobject* FillTreePane(const char* lastSession);
 TVobject* TV_AddSite(SitePtr site, HTREEITEM position);
 // Adds a child below `parent` unless one of that name is there ("ERROR: Item Already exists in Tree. Returning FALSE").
@@ -32,8 +42,18 @@ TVobject* GetTVobjectByItem(HTREEITEM item);
 HTREEITEM TV_GetTreeRootItemByName(const char* name);
 bool InTreeView(const char* name);
 bool TV_GetItemText(HTREEITEM item, char (&text)[260]);
+// The control's item of a node; null while the node stands in no control.
+HTREEITEM ItemOf(const TVobject* node);
+// What a point of the screen hits; both null where there is no node.
+struct TreeHit {
+    HTREEITEM item = nullptr;
+    TVobject* node = nullptr;
+};
+inline constexpr UINT kHitLabel = TVHT_ONITEM;
+inline constexpr UINT kHitRow = TVHT_ONITEM | TVHT_ONITEMBUTTON | TVHT_ONITEMINDENT | TVHT_ONITEMRIGHT;
+// `parts`: the parts of a row that count, kHitLabel or kHitRow.
+TreeHit TreeHitTest(POINT screen, UINT parts);
 TVobject* SelectedNode();
-void SelectNode(TVobject* node);
 TVobject* NodeOfSite(const Site* site);
 // The node of the directory below its site's root, with the levels that are missing. A directory that does not begin
 // with the separator is a root of its own.
@@ -50,18 +70,10 @@ void TV_InsertChildren(TVobject* node);
 void RefreshNode(TVobject* node);
 // The node stands below `ancestor`, or is it.
 bool IsNodeBelow(const TVobject* node, const TVobject* ancestor);
+// A local folder that was never listed may have children: it has a button, which finds out.
 bool NodeHasButton(const TVobject& node);
-// Opens the node where that needs neither the selection nor the server: what is known, or a local folder's folders.
-void OpenNodeInPlace(TVobject* node);
 // Children by name, whatever order they came in.
 void SortChildren(TVobject* folder);
-// A folder that is being listed opens when the listing has ended.
-void OpenWhenListed(TVobject* node);
-TVobject* TakeNodeToOpen();
 void SetTvTitleText(const Site* site);
 
-// A key pressed in the tree; true when it is dealt with.
-bool TV_HandleKey(WORD key);
-// WM_NOTIFY of the tree; true when handled, with the answer in `result`.
-bool TV_NotifyHandler(NMHDR* header, LRESULT& result);
 void ForEachSite(void (*visit)(Site* site, void* context), void* context);

@@ -10,6 +10,8 @@ inline constexpr UINT kUiCallMessage = WM_APP + 1;
 inline constexpr UINT kRefreshMessage = WM_APP + 2;
 // Begins a drag of the list's selection; wParam: index of the entry under the pointer.
 inline constexpr UINT kBeginDragMessage = WM_APP + 3;
+// The user gave a column of the list its width; wParam: the column's position.
+inline constexpr UINT kColumnResizedMessage = WM_APP + 4;
 
 // Runs while an operation does; its interval is the time-out of the settings.
 inline constexpr UINT_PTR kTimeOutTimer = 10;

@@ -7,7 +7,6 @@
 #include "config/defaults_store.h"
 #include "config/settings.h"
 #include "foundation/catalogue.h"
-#include "foundation/console_pane.h"
 #include "foundation/foundation_view.h"
 #include "foundation/log_file.h"
 #include "foundation/message_ids.h"
@@ -19,18 +18,22 @@
 #include "platform/system.h"
 #include "resources/resource.h"
 #include "transfer/progress_dialog.h"
+#include "ui/browse/local_computer.h"
+#include "ui/browse/tree_selection.h"
 #include "ui/commands/help.h"
 #include "ui/panes/list_pane.h"
+#include "ui/panes/pane_focus.h"
 #include "ui/panes/tree_pane.h"
 #include "ui/screen/app.h"
-#include "ui/screen/modal_dialog.h"
 #include "ui/screen/refresh.h"
 #include "ui/screen/ui_calls.h"
 #include "ui/screen/wide_text.h"
 #include "ui/start/command_line.h"
 #include "ui/start/known_folders.h"
 #include "ui/start/views.h"
+#include "ui/window/layout.h"
 #include "ui/window/main_window.h"
+#include "ui/window/main_wndproc.h"
 
 namespace {
 
@@ -59,7 +62,7 @@ void LoadNames() {
 }
 
 bool CreateWindows() {
-    if (!RegisterMainWindowClass()) {
+    if (!RegisterMainWindowClass(MainWndProc)) {
         ShowStartupError(MSG_REGISTER_CLASS_FAILED);
         return false;
     }
@@ -74,6 +77,7 @@ bool CreateWindows() {
     }
     StartUiCalls(gApp.mainWindow);
     TVobject* last = FillTreePane(gZarn.SESSION.c_str());
+    AddLocalComputer();
     if (last != nullptr) SelectNode(last);
     return true;
 }
@@ -95,21 +99,6 @@ bool IsAbortKey(const MSG& message) {
     return message.message == WM_KEYDOWN && message.wParam == VK_ESCAPE && OperationRunning();
 }
 
-// The panes and the console, one after the other: a key of the window's own, because the console takes Tab for itself.
-bool TookFocusKey(const MSG& message) {
-    if (message.message != WM_KEYDOWN || OpenModalDialog() != nullptr) return false;
-    HWND console = reinterpret_cast<HWND>(ConsoleWindow());
-    const bool leavesConsole = message.wParam == VK_TAB && console != nullptr && message.hwnd == console;
-    if (message.wParam != VK_F6 && !leavesConsole) return false;
-    const bool inList = message.hwnd == ListWindow();
-    if (message.hwnd == TreeWindow()) {
-        SetFocus(ListWindow());
-    } else {
-        SetFocus(inList && console != nullptr ? console : TreeWindow());
-    }
-    return true;
-}
-
 int RunMessageLoop(HACCEL accelerators) {
     MSG message{};
     while (GetMessageW(&message, nullptr, 0, 0) > 0) {
@@ -124,7 +113,7 @@ int RunMessageLoop(HACCEL accelerators) {
             TreeView_GetEditControl(TreeWindow()) != nullptr || ListView_GetEditControl(ListWindow()) != nullptr;
         if (!editing && accelerators != nullptr && TranslateAcceleratorW(gApp.mainWindow, accelerators, &message))
             continue;
-        if (!editing && TookFocusKey(message)) continue;
+        if (!editing && HandleFocusKey(message)) continue;
         TranslateMessage(&message);
         DispatchMessageW(&message);
     }

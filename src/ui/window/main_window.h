@@ -1,13 +1,14 @@
-// The one top-level window: creation, messages, layout of its panes, the orderly close.
+// The one top-level window: its creation with all that it holds, another resolution, the orderly close. Its messages
+// are main_wndproc.h, the layout of what it holds is layout.h.
 #pragma once
 
 #include <windows.h>
 
-bool RegisterMainWindowClass();
+bool RegisterMainWindowClass(WNDPROC procedure);
+// Null when the window, or something in it, cannot be made.
 HWND CreateTheMainWindow();
+// WM_CREATE: makes the bars, the panes and, if it was shown last, the console. False when one of them cannot be made.
 bool CreateAppWindows(HWND mainWindow);
-LRESULT CALLBACK MainWndProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
-void Zarn_OnSize(HWND window, int width, int height);
-// Lays the panes out again at the present size.
-void Zarn_NewSize(HWND window);
+// The window moved to a screen of another resolution; `suggested` is its new place there.
+void ChangeDpi(HWND window, UINT dpi, const RECT& suggested);
 void Zarn_OnClose(HWND window);

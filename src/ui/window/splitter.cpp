@@ -2,11 +2,9 @@
 
 #include <algorithm>
 
-#include "config/settings.h"
 #include "foundation/trace.h"
 #include "ui/panes/tree_pane.h"
 #include "ui/screen/app.h"
-#include "ui/window/main_window.h"
 
 namespace {
 
@@ -107,7 +105,7 @@ bool OverSplitter(POINT point) {
            point.y < tree.bottom;
 }
 
-void TV_HandleSplitDrag(HWND window, POINT start) {
+std::optional<int> TV_HandleSplitDrag(HWND window, POINT start) {
     DbgVsprintf("TV_HandleSplitDrag", "Entered");
     int position = ClampSplit(start.x, ClientWidth(window));
     bool cancelled = false;
@@ -139,11 +137,5 @@ void TV_HandleSplitDrag(HWND window, POINT start) {
         }
     }
     if (GetCapture() == window) ReleaseCapture();
-    if (!cancelled) Tree_MoveSplit(window, position);
-}
-
-void Tree_MoveSplit(HWND window, int position) {
-    DbgVsprintf("Tree_MoveSplit", "Entered");
-    gZarn.nSplit = MulDiv(ClampSplit(position, ClientWidth(window)), 96, static_cast<int>(gApp.dpi));
-    Zarn_NewSize(window);
+    return cancelled ? std::optional<int>() : position;
 }
