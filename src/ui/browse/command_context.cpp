@@ -2,6 +2,7 @@
 
 #include "config/host_types.h"
 #include "ftp/worker/session_state.h"
+#include "ui/browse/local_computer.h"
 #include "ui/panes/list_pane.h"
 #include "ui/panes/tree_pane.h"
 #include "ui/screen/app.h"
@@ -27,11 +28,9 @@ CommandContext CurrentCommandContext() {
     if (node != nullptr) context.nodeKind = node->wObjType;
     const Site* site = SelectedSite();
     context.siteConnected = site != nullptr && site->bConnected != 0;
-    const TVobject* listed = ListedFolder();
-    const bool listsLocal =
-        listed != nullptr && (listed->wObjType == kKindLocalComputer || listed->wObjType == kKindLocalRoot ||
-                              listed->wObjType == kKindLocalFolder);
-    context.hostType = listsLocal ? HOST_TYPE_LOCAL : site != nullptr ? site->dwCurType : HOST_TYPE_AUTO;
+    context.hostType = IsLocalNode(ListedFolder()) ? HOST_TYPE_LOCAL
+                       : site != nullptr           ? site->dwCurType
+                                                   : HOST_TYPE_AUTO;
     context.listItems = EntryCount();
     context.selected = SelectedCount();
     if (context.selected > 0 && context.focus == CommandContext::Focus::List) {

@@ -2,17 +2,10 @@
 
 #include "config/host_types.h"
 #include "config/settings.h"
-#include "listing/directory_entry.h"
+#include "listing/item_kind.h"
 #include "resources/resource.h"
 
 namespace {
-
-bool IsRemoteFolder(std::uint32_t kind) {
-    return kind == kKindSiteRoot || kind == kKindFolder;
-}
-bool IsLocalFolder(std::uint32_t kind) {
-    return kind == kKindLocalRoot || kind == kKindLocalFolder;
-}
 
 FileMenuState ForTree(const CommandContext& context) {
     FileMenuState state;
@@ -20,7 +13,7 @@ FileMenuState ForTree(const CommandContext& context) {
         state.remove = !context.siteConnected;
         state.rename = true;
         state.properties = true;
-    } else if (IsRemoteFolder(context.nodeKind)) {
+    } else if (IsRemoteFolderKind(context.nodeKind)) {
         state.transfer = true;
         state.properties = true;
     }
@@ -81,21 +74,22 @@ bool ToolbarButtonEnabled(unsigned commandId, const CommandContext& context, boo
         case IDM_CONNECT:
             return context.nodeKind == kKindSite && !context.siteConnected;
         case IDM_DISCONNECT:
-            return context.siteConnected && (context.nodeKind == kKindSite || IsRemoteFolder(context.nodeKind));
+            return context.siteConnected && (context.nodeKind == kKindSite || IsRemoteFolderKind(context.nodeKind));
         case IDM_VIEW_LARGE_ICONS:
         case IDM_VIEW_SMALL_ICONS:
         case IDM_VIEW_LIST:
         case IDM_DETAILS_WINDOWS:
             return !ViewIsShown(commandId, context.viewStyle);
         case IDM_RECEIVE:
-            return context.siteConnected && isRemote && (inList || (inTree && IsRemoteFolder(context.nodeKind)));
+            return context.siteConnected && isRemote && (inList || (inTree && IsRemoteFolderKind(context.nodeKind)));
         case IDM_DELETE:
             return inList || (inTree && context.nodeKind == kKindSite && !context.siteConnected);
         case IDM_PROPERTIES:
             return (inList && isRemote) ||
-                   (inTree && (context.nodeKind == kKindSite || IsRemoteFolder(context.nodeKind)));
+                   (inTree && (context.nodeKind == kKindSite || IsRemoteFolderKind(context.nodeKind)));
         case IDM_NEWFOLDER:
-            return (context.siteConnected && IsRemoteFolder(context.nodeKind)) || IsLocalFolder(context.nodeKind);
+            return (context.siteConnected && IsRemoteFolderKind(context.nodeKind)) ||
+                   IsLocalFolderKind(context.nodeKind);
         case IDM_QUICKVIEW:
         case IDM_PRINT:
             return inList && context.anyFileSelected;

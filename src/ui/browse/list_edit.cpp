@@ -13,7 +13,6 @@
 #include "foundation/error_report.h"
 #include "foundation/foundation_view.h"
 #include "foundation/message_ids.h"
-#include "foundation/text_helpers.h"
 #include "foundation/trace.h"
 #include "ftp/control/control_connection.h"
 #include "ftp/control/remote_commands.h"
@@ -22,6 +21,7 @@
 #include "ftp/worker/worker.h"
 #include "platform/files.h"
 #include "platform/system.h"
+#include "ui/browse/item_path.h"
 #include "ui/browse/list_update.h"
 #include "ui/browse/local_computer.h"
 #include "ui/browse/tree_edit.h"
@@ -45,17 +45,8 @@ bool CanBeRenamed(const LVobject& entry) {
 
 // What the server calls an item of a folder: its name alone while the session stands there.
 std::string RemoteName(const TVobject* folder, const Site* site, std::string_view name) {
-    const std::string path = TV_GetPath(folder).c_str();
-    if (path == site->pszCurrentDir.view()) return std::string(name);
-    const char separator = NodeSeparator(folder);
-    const bool joined = !path.empty() && path.back() == separator;
-    return path + (joined ? std::string() : std::string(1, separator)) + std::string(name);
-}
-
-std::string LocalName(const TVobject* folder, std::string_view name) {
-    std::string path = LocalNodePath(folder);
-    if (!path.empty() && path.back() != platform::kPathSeparator) path += platform::kPathSeparator;
-    return path + std::string(name);
+    if (TV_GetPath(folder).view() == site->pszCurrentDir.view()) return std::string(name);
+    return ItemPath(folder, name);
 }
 
 void RemoveEntry(const LVobject* entry) {
@@ -100,8 +91,8 @@ void RenameEntry(LVobject* entry, const std::string& newName) {
     const std::string oldName(EntryName(*entry));
     const bool local = IsLocalNode(folder);
     if (site == nullptr || (!local && site->bConnected == 0)) return;
-    const std::string from = local ? LocalName(folder, oldName) : RemoteName(folder, site, oldName);
-    const std::string to = local ? LocalName(folder, newName) : RemoteName(folder, site, newName);
+    const std::string from = local ? ItemPath(folder, oldName) : RemoteName(folder, site, oldName);
+    const std::string to = local ? ItemPath(folder, newName) : RemoteName(folder, site, newName);
     StartWorker(kEndEdit, [=] {
         bool renamed = false;
         if (local) {
@@ -132,7 +123,7 @@ void MakeNamedFolder(LVobject* entry, const std::string& name) {
     TVobject* folder = ListedFolder();
     Site* site = TV_GetFtpSite(folder);
     const bool local = IsLocalNode(folder);
-    const std::string path = local ? LocalName(folder, name) : RemoteName(folder, site, name);
+    const std::string path = local ? ItemPath(folder, name) : RemoteName(folder, site, name);
     const bool started = StartWorker("newfolder_fx", [=] {
         bool made = false;
         if (local) {
@@ -201,7 +192,7 @@ bool LV_DeleteFile(TVobject* folder, LVobject* entry) {
     DbgVsprintf("LV_DeleteFile", "Entered");
     if (!IsConfirmed(*entry)) return false;
     const bool local = IsLocalNode(folder);
-    const bool deleted = local ? DeleteLocally(LocalName(folder, EntryName(*entry)))
+    const bool deleted = local ? DeleteLocally(ItemPath(folder, EntryName(*entry)))
                                : DeleteRemotely(TV_GetFtpSite(folder), folder, *entry);
     if (!deleted) return false;
     RunOnUi([&] {

@@ -45,13 +45,11 @@ void OpenSelected() {
     const int index = FirstSelected();
     LVobject* entry = EntryAt(index);
     if (entry == nullptr || KeysIgnored()) return;
+    if (IsFolderKind(entry->type)) {
+        if (entry->node != nullptr) SelectNode(entry->node);
+        return;
+    }
     switch (entry->type) {
-        case kKindSiteRoot:
-        case kKindFolder:
-        case kKindLocalRoot:
-        case kKindLocalFolder:
-            if (entry->node != nullptr) SelectNode(entry->node);
-            break;
         case kKindFile:
             PostCommand(IDM_RECEIVE);
             break;

@@ -18,6 +18,7 @@
 #include "listing/lost_connection.h"
 #include "listing/symlinks.h"
 #include "platform/files.h"
+#include "ui/browse/item_path.h"
 #include "ui/browse/local_computer.h"
 #include "ui/panes/list_pane.h"
 #include "ui/panes/tree_pane.h"
@@ -103,10 +104,8 @@ void TakeProperties(LVobject* entry, FtpProp& prop) {
 }
 
 void UpdateLocal(LVobject* entry, const TVobject* folder) {
-    std::string path = LocalNodePath(folder);
-    if (!path.empty() && path.back() != platform::kPathSeparator) path += platform::kPathSeparator;
     platform::FileInfo info;
-    if (!platform::GetFileInfo((path + entry->name.c_str()).c_str(), info)) return;
+    if (!platform::GetFileInfo(ItemPath(folder, entry->name.view()).c_str(), info)) return;
     RunOnUi([&] {
         const int index = IndexOfEntry(entry);
         if (index < 0) return;

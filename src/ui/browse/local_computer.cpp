@@ -12,6 +12,7 @@
 #include "foundation/error_report.h"
 #include "foundation/foundation_view.h"
 #include "foundation/message_ids.h"
+#include "foundation/path_join.h"
 #include "foundation/text_helpers.h"
 #include "ftp/worker/result_codes.h"
 #include "ftp/worker/session_state.h"
@@ -127,16 +128,13 @@ TVobject* AddLocalComputer() {
 }
 
 bool IsLocalNode(const TVobject* node) {
-    return node != nullptr && (node->wObjType == kKindLocalComputer || node->wObjType == kKindLocalRoot ||
-                               node->wObjType == kKindLocalFolder);
+    return node != nullptr && IsLocalNodeKind(node->wObjType);
 }
 
 std::string LocalNodePath(const TVobject* node) {
     if (node == nullptr || node->wObjType == kKindLocalComputer) return std::string();
     if (node->wObjType == kKindLocalRoot) return node->pszName.c_str();
-    std::string path = LocalNodePath(node->pTVparent);
-    if (!path.empty() && path.back() != platform::kPathSeparator) path += platform::kPathSeparator;
-    return path + node->pszName.c_str();
+    return JoinLocalPath(LocalNodePath(node->pTVparent), node->pszName.view());
 }
 
 void OpenLocalNodeInPlace(TVobject* node) {

@@ -18,9 +18,9 @@
 #include "ftp/worker/worker.h"
 #include "platform/files.h"
 #include "platform/system.h"
+#include "ui/browse/item_path.h"
 #include "ui/browse/local_computer.h"
 #include "ui/browse/tree_selection.h"
-#include "ui/panes/list_pane.h"
 #include "ui/panes/tree_pane.h"
 #include "ui/screen/app.h"
 #include "ui/screen/refresh.h"
@@ -36,16 +36,9 @@ TVobject* gNewFolder = nullptr;  // being named; not on the server yet
 
 // The full path of a name beside or below a folder's node.
 std::string PathIn(const TVobject* folder, std::string_view name) {
-    if (IsLocalNode(folder)) {
-        std::string path = LocalNodePath(folder);
-        if (!path.empty() && path.back() != platform::kPathSeparator) path += platform::kPathSeparator;
-        return path + std::string(name);
-    }
-    std::string base = TV_GetPath(folder).c_str();
-    const char separator = NodeSeparator(folder);
-    // Below the root "/" the separator is there already.
-    if (!base.empty() && base.back() == separator) base.pop_back();
-    return FormatBounded(kEndEdit, kTextBuffer, "%s%c%s", base.c_str(), separator, std::string(name).c_str());
+    const std::string path = ItemPath(folder, name);
+    // Too long a path is reported and cut.
+    return IsLocalNode(folder) ? path : FormatBounded(kEndEdit, kTextBuffer, "%s", path.c_str());
 }
 
 void TakeNewName(TVobject* node, const std::string& name) {

@@ -6,6 +6,7 @@
 
 #include "config/initial_dirs.h"
 #include "foundation/trace.h"
+#include "foundation/trace_address.h"
 #include "ftp/control/control_connection.h"
 #include "ftp/worker/session_state.h"
 #include "ftp/worker/session_view.h"
@@ -30,10 +31,6 @@ bool gActsAtOnce = false;      // the program selects, not the keyboard: nothing
 bool gOnlySelects = false;     // the selection moves without being acted on
 bool gWaitsForOperation = false;
 TVobject* gOpenWhenListed = nullptr;
-
-unsigned Address(const void* pointer) {
-    return static_cast<unsigned>(reinterpret_cast<std::uintptr_t>(pointer));
-}
 
 bool Busy() {
     return OperationRunning() || WorkerRunning() || gSession.parsing;
@@ -78,12 +75,12 @@ bool ChangeRemoteFolder(TVobject* node, Site* site) {
         return false;
     }
     if (!TV_PreSelect(node)) {
-        DbgVsprintf(kFunction, "Call to TV_PreSelect(%x:%s) Failed", Address(node), node->pszName.c_str());
+        DbgVsprintf(kFunction, "Call to TV_PreSelect(%x:%s) Failed", TraceAddress(node), node->pszName.c_str());
         return false;
     }
     const int result = LV_ChangeDir(node);
     if (result == FTP_COMPLETE) return true;
-    DbgVsprintf(kFunction, "Call to LV_ChangeDir(%x:%s) Failed", Address(node), node->pszName.c_str());
+    DbgVsprintf(kFunction, "Call to LV_ChangeDir(%x:%s) Failed", TraceAddress(node), node->pszName.c_str());
     // A broken data connection gives a socket error, too, and leaves the session as it was.
     const bool lost = result == FTP_CLOSE || (result == SOCKET_ERROR && !HasControlSocket(site));
     if (lost && gSessionView.postDisconnect != nullptr) gSessionView.postDisconnect(site);
@@ -118,7 +115,7 @@ bool TV_OnSelChanging(TVobject* newNode) {
     if (newNode == nullptr) return false;
     Site* site = TV_GetFtpSite(newNode);
     if (site == nullptr) {
-        DbgVsprintf("TV_OnSelChanging", "Call to TV_GetTvSite(%x:%s) Failed.Returning 1L", Address(newNode),
+        DbgVsprintf("TV_OnSelChanging", "Call to TV_GetTvSite(%x:%s) Failed.Returning 1L", TraceAddress(newNode),
                     newNode->pszName.c_str());
         return true;
     }
@@ -152,7 +149,7 @@ bool TV_HandleRealSelChange() {
     }
     gWaitsForOperation = false;
     if (node == gCurrent) {
-        DbgVsprintf(kFunction, "Landed on last Selected folder, Returning %x", Address(node));
+        DbgVsprintf(kFunction, "Landed on last Selected folder, Returning %x", TraceAddress(node));
         gSession.activeSite = TV_GetFtpSite(node);
         RefreshWindowState();
         return true;

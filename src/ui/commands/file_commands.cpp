@@ -28,18 +28,6 @@ bool IsReady(const TVobject* node) {
     return site != nullptr && site->bConnected != 0;
 }
 
-bool IsFolderNode(const TVobject& node) {
-    switch (node.wObjType) {
-        case kKindSiteRoot:
-        case kKindFolder:
-        case kKindLocalRoot:
-        case kKindLocalFolder:
-            return true;
-        default:
-            return false;
-    }
-}
-
 void OnTransfersDone() {
     ShowStatusText("");
     RefreshWindowState();
@@ -73,7 +61,7 @@ void Zarn_IdmTransferSelFiles() {
     const bool fromList = context.focus == CommandContext::Focus::List;
     if (fromList && context.selected == 0) return;
     if (!context.siteConnected) return;
-    if (!fromList && context.nodeKind != kKindSiteRoot && context.nodeKind != kKindFolder) return;
+    if (!fromList && !IsRemoteFolderKind(context.nodeKind)) return;
     DbgVsprintf(kFunction, "Calling CreateThread(get_selected_files_fx)");
     SetPartOneSBText(MSG_TRANSFERING_FILES, nullptr);
     const TransferStart start = fromList ? TransferStart::ListSelection : TransferStart::TreeSelection;
@@ -91,7 +79,7 @@ void Zarn_IdmNewFolder(const char* name) {
         DbgVsprintf(kFunction, "ERROR. Server NOT Ready. Returning.");
         return;
     }
-    if (IsFolderNode(*node)) newfolder_fx(node);
+    if (IsFolderKind(node->wObjType)) newfolder_fx(node);
 }
 
 void Zarn_IdmRename() {

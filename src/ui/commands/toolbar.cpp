@@ -6,6 +6,7 @@
 
 #include "foundation/error_report.h"
 #include "foundation/trace.h"
+#include "foundation/trace_address.h"
 #include "resources/resource.h"
 #include "ui/browse/command_context.h"
 #include "ui/commands/command_table.h"
@@ -50,9 +51,8 @@ void EnableButton(int id, bool enable) {
     if (enable == isEnabled) return;
     if (SendMessageW(gApp.toolbar, TB_ENABLEBUTTON, command, MAKELPARAM(enable, 0)) != 0) return;
     const DWORD error = GetLastError();
-    DbgVsprintf(kState, "Unable to Enable:%d Button:%d for hWnd:%x. Err:%d:%s", enable, id,
-                static_cast<unsigned>(reinterpret_cast<std::uintptr_t>(gApp.toolbar)), static_cast<int>(error),
-                GetErrorText(error).c_str());
+    DbgVsprintf(kState, "Unable to Enable:%d Button:%d for hWnd:%x. Err:%d:%s", enable, id, TraceAddress(gApp.toolbar),
+                static_cast<int>(error), GetErrorText(error).c_str());
 }
 
 void EnableButtons(const CommandContext& context) {

@@ -11,8 +11,8 @@
 #include "foundation/message_ids.h"
 #include "foundation/trace.h"
 #include "ftp/worker/session_state.h"
-#include "platform/files.h"
 #include "ui/browse/command_context.h"
+#include "ui/browse/item_path.h"
 #include "ui/browse/local_computer.h"
 #include "ui/browse/tree_notify.h"
 #include "ui/drag/drag_rules.h"
@@ -133,12 +133,10 @@ Carried CarriedSelection() {
     carried.load.local = IsLocalNode(carried.folder);
     const Site* site = TV_GetFtpSite(carried.folder);
     carried.load.siteConnected = !carried.load.local && site != nullptr && site->bConnected != 0;
-    std::string start = carried.load.local ? LocalNodePath(carried.folder) : std::string();
-    if (!start.empty() && start.back() != platform::kPathSeparator) start += platform::kPathSeparator;
     for (const LVobject* entry : SelectedEntries()) {
-        if (!CanBeTransferred(entry->type)) continue;
+        if (!IsTransferableKind(entry->type)) continue;
         ++carried.load.items;
-        if (carried.load.local) carried.localFiles.push_back(start + entry->name.c_str());
+        if (carried.load.local) carried.localFiles.push_back(ItemPath(carried.folder, entry->name.view()));
     }
     return carried;
 }

@@ -1,24 +1,11 @@
 #include "ui/drag/drag_rules.h"
 
-#include "listing/directory_entry.h"
-
-bool CanBeTransferred(std::uint32_t kind) {
-    switch (kind) {
-        case kKindSiteRoot:
-        case kKindFolder:
-        case kKindFile:
-        case kKindLocalFolder:
-        case kKindLocalFile:
-            return true;
-        default:
-            return false;
-    }
-}
+#include "listing/item_kind.h"
 
 DropEffect DropEffectFor(const DragLoad& load, const DropPlace& place) {
     if (load.items <= 0) return DropEffect::None;
-    const bool localPlace = place.kind == kKindLocalRoot || place.kind == kKindLocalFolder;
-    const bool remotePlace = place.kind == kKindSite || place.kind == kKindSiteRoot || place.kind == kKindFolder;
+    const bool localPlace = IsLocalFolderKind(place.kind);
+    const bool remotePlace = place.kind == kKindSite || IsRemoteFolderKind(place.kind);
     if (!load.local && localPlace) return load.siteConnected ? DropEffect::Receive : DropEffect::NotConnected;
     if (load.local && remotePlace) return place.siteConnected ? DropEffect::Send : DropEffect::NotConnected;
     return DropEffect::None;

@@ -24,8 +24,6 @@ enum class DropEffect {
     NotConnected,  // can be dropped, and the user is told why nothing happens
 };
 
-// True for kinds of entries that a transfer takes.
-bool CanBeTransferred(std::uint32_t kind);
 DropEffect DropEffectFor(const DragLoad& load, const DropPlace& place);
 
 // -1 to scroll up a line, 1 down, 0 to stay: `y` against the pane's edges, all in the same coordinates. The pane

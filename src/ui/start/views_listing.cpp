@@ -22,10 +22,6 @@ namespace {
 // Nodes that a listing found below its folder before, by name; empty where children are made anew.
 std::unordered_map<std::string_view, TVobject*> gKnownChildren;
 
-bool IsFolderEntry(const LVobject& entry) {
-    return IsFolderKind(entry.type) || entry.type == kKindLocalRoot;
-}
-
 TVobject* ChildFor(TVobject* folder, const LVobject& entry) {
     const std::string_view name = entry.name.view();
     if (const auto known = gKnownChildren.find(name); known != gKnownChildren.end()) return known->second;
@@ -52,7 +48,7 @@ void BeginListing(TVobject* folder, bool resetChildren) {
 void AddEntries(TVobject* folder, std::vector<LVobjectPtr> entries) {
     for (const LVobjectPtr& entry : entries) {
         entry->node = folder;
-        if (!IsFolderEntry(*entry)) continue;
+        if (!IsFolderKind(entry->type)) continue;
         if (TVobject* child = ChildFor(folder, *entry)) entry->node = child;
     }
     LV_AddEntries(folder, std::move(entries));

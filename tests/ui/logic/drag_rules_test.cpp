@@ -46,15 +46,6 @@ TEST(DropEffect, NothingThatCanBeTransferredCannotBeDropped) {
     EXPECT_EQ(DropEffectFor({true, false, 0}, {kKindFolder, true}), DropEffect::None);
 }
 
-TEST(DropEffect, FilesAndFoldersAreTransferredLinksDevicesAndDrivesAreNot) {
-    for (const std::uint32_t kind : {kKindSiteRoot, kKindFolder, kKindFile, kKindLocalFolder, kKindLocalFile}) {
-        EXPECT_TRUE(CanBeTransferred(kind)) << kind;
-    }
-    for (const std::uint32_t kind : {kKindLink, kKindDevice, kKindPipe, kKindLocalRoot, kKindLocalComputer}) {
-        EXPECT_FALSE(CanBeTransferred(kind)) << kind;
-    }
-}
-
 TEST(DragScroll, ThePaneScrollsNearItsEdgesOnly) {
     EXPECT_EQ(DragScroll(100, 100, 400, 16), -1);
     EXPECT_EQ(DragScroll(90, 100, 400, 16), -1);
