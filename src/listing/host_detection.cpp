@@ -7,6 +7,7 @@
 #include "foundation/message_ids.h"
 #include "foundation/trace.h"
 #include "ftp/control/control_connection.h"
+#include "ftp/control/reply_buffer.h"
 #include "ftp/data/data_connection.h"
 #include "ftp/worker/beeps.h"
 #include "ftp/worker/session_state.h"

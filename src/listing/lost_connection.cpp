@@ -1,11 +1,11 @@
 #include "listing/lost_connection.h"
 
 #include "foundation/trace.h"
-#include "ftp/control/control_connection.h"
+#include "ftp/control/connection_loss.h"
 #include "ftp/control/remote_commands.h"
+#include "ftp/control/reply_buffer.h"
 #include "ftp/worker/result_codes.h"
 #include "ftp/worker/session_state.h"
-#include "ftp/worker/worker.h"
 
 bool EndLostConnection(const char* callerName, Site* site, int result, const char* reply) {
     // Without a control socket the engine has told it already.

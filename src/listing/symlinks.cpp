@@ -9,6 +9,7 @@
 #include "foundation/text_helpers.h"
 #include "foundation/trace.h"
 #include "ftp/control/remote_commands.h"
+#include "ftp/control/reply_buffer.h"
 #include "ftp/data/data_connection.h"
 #include "ftp/worker/beeps.h"
 #include "ftp/worker/session_state.h"

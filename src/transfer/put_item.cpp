@@ -7,6 +7,7 @@
 #include "foundation/message_ids.h"
 #include "foundation/trace.h"
 #include "ftp/control/remote_commands.h"
+#include "ftp/control/reply_buffer.h"
 #include "ftp/data/data_connection.h"
 #include "ftp/worker/result_codes.h"
 #include "ftp/worker/session_state.h"

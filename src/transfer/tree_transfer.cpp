@@ -11,6 +11,7 @@
 #include "foundation/trace.h"
 #include "ftp/control/remote_commands.h"
 #include "ftp/data/dump_file.h"
+#include "ftp/data/remote_listing.h"
 #include "ftp/worker/result_codes.h"
 #include "ftp/worker/session_state.h"
 #include "listing/dump_reader.h"

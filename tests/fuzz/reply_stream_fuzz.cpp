@@ -7,9 +7,9 @@
 #include <string>
 
 #include "config/site.h"
-#include "ftp/control/control_connection.h"
-#include "ftp/control/late_reply.h"
-#include "ftp/login/login.h"
+#include "ftp/control/reply_buffer.h"
+#include "ftp/control/reply_receive.h"
+#include "ftp/worker/close_socket.h"
 #include "fuzz/harness.h"
 #include "host/socket_table.h"
 

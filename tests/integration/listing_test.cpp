@@ -1,5 +1,6 @@
 #include "config/host_types.h"
-#include "ftp/control/remote_commands.h"
+#include "ftp/errors/server_error.h"
+#include "ftp/worker/result_codes.h"
 #include "ftp/worker/session_state.h"
 #include "integration/real_server.h"
 #include "listing/listing_driver.h"

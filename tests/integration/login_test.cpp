@@ -1,4 +1,3 @@
-#include "ftp/login/login.h"
 
 #include <sstream>
 
@@ -7,8 +6,9 @@
 #include "foundation/text_helpers.h"
 #include "foundation/trace.h"
 #include "ftp/control/remote_commands.h"
+#include "ftp/control/reply_buffer.h"
+#include "ftp/login/stop.h"
 #include "ftp/worker/session_state.h"
-#include "ftp/worker/worker.h"
 #include "integration/real_server.h"
 
 namespace {

@@ -1,4 +1,8 @@
 #include "integration/real_server.h"
+#include "ftp/control/keep_alive.h"
+#include "ftp/login/connect_command.h"
+#include "ftp/worker/close_socket.h"
+#include "ftp/worker/result_codes.h"
 
 #include <algorithm>
 #include <ostream>
@@ -6,8 +10,6 @@
 #include "config/settings.h"
 #include "foundation/text_helpers.h"
 #include "foundation/trace.h"
-#include "ftp/control/control_connection.h"
-#include "ftp/login/login.h"
 #include "ftp/worker/session_state.h"
 #include "ftp/worker/worker.h"
 #include "listing/listing_driver.h"

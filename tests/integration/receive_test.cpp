@@ -1,9 +1,9 @@
 #include <algorithm>
 
 #include "config/settings.h"
-#include "ftp/control/remote_commands.h"
+#include "ftp/login/stop.h"
+#include "ftp/worker/result_codes.h"
 #include "ftp/worker/session_state.h"
-#include "ftp/worker/worker.h"
 #include "integration/real_server.h"
 #include "transfer/get_put.h"
 #include "transfer/transfer_progress.h"

@@ -2,8 +2,11 @@
 
 #include "config/settings.h"
 #include "foundation/text_helpers.h"
+#include "ftp/control/control_connection.h"
 #include "ftp/control/remote_commands.h"
+#include "ftp/control/reply_buffer.h"
 #include "ftp/data/data_connection.h"
+#include "ftp/errors/server_error.h"
 #include "ftp/worker/session_state.h"
 #include "integration/upload_fixture.h"
 

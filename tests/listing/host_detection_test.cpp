@@ -2,6 +2,7 @@
 
 #include "config/host_types.h"
 #include "ftp/login/login.h"
+#include "ftp/worker/close_socket.h"
 #include "ftp/worker/result_codes.h"
 #include "listing/host_detection.h"
 #include "listing/listed_site.h"

@@ -5,12 +5,12 @@
 #include <algorithm>
 
 #include "config/settings.h"
-#include "ftp/control/remote_commands.h"
-#include "ftp/login/login.h"
+#include "ftp/control/control_connection.h"
+#include "ftp/control/reply_buffer.h"
+#include "ftp/login/stop.h"
 #include "ftp/worker/blocking_call.h"
 #include "ftp/worker/result_codes.h"
 #include "ftp/worker/session_state.h"
-#include "ftp/worker/worker.h"
 #include "matrix/leftovers.h"
 #include "matrix/operations.h"
 #include "matrix/report.h"

@@ -4,8 +4,8 @@
 
 #include <algorithm>
 
-#include "ftp/control/remote_commands.h"
-#include "ftp/login/login.h"
+#include "ftp/control/control_connection.h"
+#include "ftp/control/reply_buffer.h"
 #include "ftp/worker/result_codes.h"
 #include "ftp/worker/session_state.h"
 #include "matrix/faults.h"

@@ -1,4 +1,6 @@
 #include "matrix/operations.h"
+#include "ftp/control/reply_buffer.h"
+#include "ftp/login/connect_command.h"
 
 #include "config/host_types.h"
 #include "ftp/control/remote_commands.h"

@@ -1,4 +1,6 @@
 #include "matrix/scene.h"
+#include "ftp/control/reply_buffer.h"
+#include "ftp/login/stop.h"
 
 #include <algorithm>
 #include <fstream>

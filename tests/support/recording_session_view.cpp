@@ -1,9 +1,8 @@
 #include "support/recording_session_view.h"
+#include "ftp/login/stop.h"
 
 #include <deque>
 #include <mutex>
-
-#include "ftp/worker/worker.h"
 
 namespace {
 

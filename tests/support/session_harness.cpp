@@ -1,4 +1,5 @@
 #include "support/session_harness.h"
+#include "ftp/worker/close_socket.h"
 
 #include <algorithm>
 #include <atomic>

@@ -10,7 +10,8 @@
 
 #include "config/settings.h"
 #include "config/site.h"
-#include "ftp/control/control_connection.h"
+#include "ftp/control/reply_buffer.h"
+#include "ftp/worker/result_codes.h"
 #include "platform/threads.h"
 #include "support/recording_session_view.h"
 #include "support/recording_view.h"

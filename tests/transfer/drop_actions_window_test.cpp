@@ -1,4 +1,5 @@
 #include "transfer/drop_actions_window.h"
+#include "ftp/control/reply_buffer.h"
 
 #include <gtest/gtest.h>
 #include <windows.h>

@@ -1,5 +1,5 @@
 #include "config/mode_map_store.h"
-#include "ftp/control/remote_commands.h"
+#include "ftp/errors/server_error.h"
 #include "ftp/worker/blocking_call.h"
 #include "ftp/worker/result_codes.h"
 #include "platform/files.h"

@@ -1,3 +1,4 @@
+#include "ftp/control/control_connection.h"
 #include "transfer/selection_transfer.h"
 
 #include <memory>

@@ -1,4 +1,4 @@
-#include "ftp/control/remote_commands.h"
+#include "ftp/control/reply_buffer.h"
 #include "ftp/worker/blocking_call.h"
 #include "ftp/worker/result_codes.h"
 #include "support/bounded_wait.h"

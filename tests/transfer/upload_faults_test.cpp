@@ -1,4 +1,5 @@
 #include "ftp/control/remote_commands.h"
+#include "ftp/control/reply_buffer.h"
 #include "ftp/worker/result_codes.h"
 #include "platform/files.h"
 #include "platform/system.h"

@@ -10,12 +10,10 @@
 #include "foundation/error_report.h"
 #include "foundation/message_ids.h"
 #include "foundation/trace.h"
-#include "ftp/control/late_reply.h"
-#include "ftp/control/remote_commands.h"
+#include "ftp/control/connection_loss.h"
+#include "ftp/control/reply_receive.h"
 #include "ftp/errors/error_texts.h"
 #include "ftp/worker/blocking_call.h"
-#include "ftp/worker/session_state.h"
-#include "ftp/worker/worker.h"
 #include "platform/clock.h"
 
 namespace {
@@ -23,7 +21,6 @@ namespace {
 constexpr std::size_t kLongestSend = 1024;
 constexpr std::size_t kCommandSize = 2048;  // terminator included
 constexpr std::size_t kCommandfSize = 512;  // terminator included
-constexpr std::uint32_t kReadyWithinMilliseconds = 1001;
 
 // A line end inside an argument would be a second command, which nobody has asked for.
 bool HoldsLineEnd(std::string_view text) {
@@ -44,19 +41,6 @@ int SendCommandAndRead(Site* site, ReplyBuffer reply, const char* text) {
 }
 
 }  // namespace
-
-bool HasControlSocket(const Site* site) {
-    if (site == nullptr || site->pSock == nullptr) return false;
-    const platform::Socket socket = site->pSock->ctrl_skt;
-    return socket != platform::kNoSocket && socket != 0;
-}
-
-void SetReply(ReplyBuffer reply, std::string_view text) {
-    if (reply.empty()) return;
-    const std::size_t length = std::min(text.size(), reply.size() - 1);
-    std::copy_n(text.data(), length, reply.data());
-    reply[length] = '\0';
-}
 
 int sendstr(Site* site, std::string_view text, ReplyBuffer errorText) {
     constexpr char kFuncName[] = "sendstr";
@@ -155,24 +139,4 @@ int commandf(Site* site, ReplyBuffer reply, const char* format, ...) {
     }
     // The text is used as a format once more, as wanted.
     return SendCommandAndRead(site, reply, ExpandOnceMore(text).c_str());
-}
-
-std::uint32_t LastCmdTicks(const Site* site) {
-    if (site == nullptr) site = gSession.activeSite;
-    return site != nullptr ? platform::TickCount() - site->lastCommandTicks : 0;
-}
-
-bool ServerReadyForCmd(Site* site, bool closeOnFailure) {
-    constexpr char kFuncName[] = "ServerReadyForCmd";
-    if (site == nullptr) site = gSession.activeSite;
-    if (site == nullptr) return false;
-    if (LastCmdTicks(site) < kReadyWithinMilliseconds) return true;
-    const int result = DoNoop(site);
-    if (result == FTP_COMPLETE) return true;
-    DbgVsprintf(kFuncName, "ERROR. Call to DoNoop() Returned:%d.", result);
-    if (closeOnFailure) {
-        DbgVsprintf(kFuncName, "ERROR. Closing Connection to %s", site->pszHost.c_str());
-        Zarn_HandleFtpReset(kFuncName, site);
-    }
-    return false;
 }

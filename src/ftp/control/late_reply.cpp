@@ -1,28 +1,13 @@
 #include "ftp/control/late_reply.h"
 
+#include "foundation/foundation_view.h"
 #include "foundation/trace.h"
-#include "ftp/login/login.h"
+#include "ftp/control/connection_loss.h"
+#include "ftp/control/reply_receive.h"
 #include "ftp/worker/session_state.h"
-#include "ftp/worker/worker.h"
-
-void LoseControlConnection(const char* callerName, Site* site) {
-    DbgVsprintf(callerName, "ERROR. Closing Connection to %s", site->pszHost.c_str());
-    // A server that does not answer may not take what is still on its way either: nothing is waited for.
-    AbandonStoredSocket(site->pSock->ctrl_skt);
-    site->bConnected = 0;
-    if (StoppingWorker())
-        LeaveLossUntold();
-    else
-        TellServerReset(callerName, site);
-}
 
 bool IsRestOfLine(bool unfinished, int result, const char* reply) {
     return unfinished && result == kNoUsableReply && !IsReplyLine(reply);
-}
-
-void DropUnansweredConnection(const char* callerName, Site* site) {
-    if (!StopRequested() || gSession.connecting || !HasControlSocket(site)) return;
-    LoseControlConnection(callerName, site);
 }
 
 void SettleCancelledTransfer(const char* callerName, Site* site, ReplyBuffer reply) {

@@ -8,9 +8,11 @@
 #include "foundation/message_ids.h"
 #include "foundation/text_helpers.h"
 #include "foundation/trace.h"
-#include "ftp/control/late_reply.h"
+#include "ftp/control/connection_loss.h"
+#include "ftp/control/control_connection.h"
 #include "ftp/control/reply_reader.h"
-#include "ftp/errors/error_texts.h"
+#include "ftp/control/reply_receive.h"
+#include "ftp/errors/server_error.h"
 #include "ftp/worker/session_state.h"
 
 namespace {

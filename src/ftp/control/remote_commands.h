@@ -1,26 +1,12 @@
 // Single-command operations on the remote file system (RFC 959, section 4.1): change, query, make and remove
-// directories, delete and rename, list, keep alive. Their return rules differ from one to the next, and callers rely on
-// that. Names may hold any character but CR, LF and NUL, which are refused.
+// directories, delete and rename. Their return rules differ from one to the next, and callers rely on that. Names may
+// hold any character but CR, LF and NUL, which are refused. Listing is data/remote_listing.h.
 #pragma once
-
-#include <atomic>
-#include <string>
 
 #include "config/site.h"
 #include "foundation/owned_text.h"
-#include "ftp/control/control_connection.h"
-
-// Operation codes of the server-error dialog.
-inline constexpr int kOperationStatistics = 650;
-inline constexpr int kOperationChangeDirectory = 652;
-inline constexpr int kOperationList = 654;
-inline constexpr int kOperationRename = 655;
-inline constexpr int kOperationMakeDirectory = 656;
-inline constexpr int kOperationCurrentDirectory = 657;
-inline constexpr int kOperationRemoveDirectory = 659;
-inline constexpr int kOperationRenameFile = 660;
-inline constexpr int kOperationRenameDirectory = 661;
-inline constexpr int kOperationTransfer = 662;
+#include "ftp/control/reply_buffer.h"
+#include "ftp/worker/result_codes.h"
 
 // "CWD %s". With `remember` a success becomes the site's current remote directory.
 int DoCWD(Site* site, const char* path, ReplyBuffer reply, bool remember);
@@ -44,11 +30,3 @@ bool ChangeRemoteDirectory(Site* site, const char* path, ReplyBuffer reply, int*
 // Makes sure a directory exists, creating it when the server says that it does not. `parent` may be null. `untold`
 // receives the reply of a refusal to enter it, which is not shown here; it is emptied otherwise.
 int ChkForRdir(Site* site, const char* name, bool hasParent, const char* parent, ReplyBuffer untold = {});
-
-// Runs a listing command into the listing dump file, beeps off; failures are shown.
-int DoDirList(Site* site, const char* listCommand, ReplyBuffer reply);
-// DoDirList for LIST and NLST, an ordinary command otherwise; results of 100 and more divided by 100.
-int LIST(Site* site, const char* listCommand);
-// Lists one remote directory into a named local file; 0 when nothing was listed.
-int ListContentsByName(Site* site, const char* directory, const char* dumpFile, ReplyBuffer reply,
-                       const std::atomic<bool>& abort);

@@ -1,3 +1,5 @@
+#include "ftp/control/reply_receive.h"
+
 #include <algorithm>
 #include <array>
 #include <atomic>
@@ -10,12 +12,11 @@
 #include "foundation/foundation_view.h"
 #include "foundation/message_ids.h"
 #include "foundation/trace.h"
-#include "ftp/control/control_connection.h"
-#include "ftp/control/late_reply.h"
+#include "ftp/control/connection_loss.h"
 #include "ftp/control/reply_reader.h"
 #include "ftp/errors/error_texts.h"
-#include "ftp/login/login.h"
 #include "ftp/worker/blocking_call.h"
+#include "ftp/worker/close_socket.h"
 #include "ftp/worker/session_state.h"
 #include "platform/clock.h"
 

@@ -5,7 +5,7 @@
 #include <atomic>
 
 #include "config/site.h"
-#include "ftp/control/control_connection.h"
+#include "ftp/control/reply_buffer.h"
 
 // Not a result code of the server: the data connection stands in pSock->data_skt.
 inline constexpr int kDataConnectionOpen = 1000;

@@ -8,6 +8,7 @@
 #include "foundation/message_ids.h"
 #include "foundation/text_helpers.h"
 #include "foundation/trace.h"
+#include "ftp/control/reply_buffer.h"
 #include "ftp/data/dump_file.h"
 #include "ftp/data/transfer_buffer.h"
 #include "ftp/errors/error_texts.h"

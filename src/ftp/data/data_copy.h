@@ -6,7 +6,7 @@
 
 #include "config/site.h"
 #include "foundation/foundation_view.h"
-#include "ftp/control/control_connection.h"
+#include "ftp/control/reply_buffer.h"
 #include "ftp/data/transfer_node.h"
 #include "platform/files.h"
 

@@ -1,14 +1,15 @@
+#include "ftp/data/remote_listing.h"
+
 #include <array>
 #include <string_view>
 
-#include "foundation/catalogue.h"
 #include "foundation/message_expansion.h"
-#include "foundation/message_ids.h"
 #include "foundation/trace.h"
+#include "ftp/control/control_connection.h"
 #include "ftp/control/remote_commands.h"
 #include "ftp/data/data_connection.h"
 #include "ftp/data/dump_file.h"
-#include "ftp/errors/error_texts.h"
+#include "ftp/errors/server_error.h"
 #include "ftp/worker/beeps.h"
 #include "ftp/worker/session_state.h"
 

@@ -7,7 +7,7 @@
 #include "foundation/error_report.h"
 #include "foundation/trace.h"
 #include "foundation/wide_text_window.h"
-#include "ftp/errors/error_texts.h"
+#include "ftp/errors/server_error.h"
 #include "platform/system.h"
 #include "resources/resource.h"
 

@@ -15,6 +15,7 @@
 #include "foundation/trace.h"
 #include "foundation/wide_text_window.h"
 #include "ftp/control/control_connection.h"
+#include "ftp/control/reply_receive.h"
 #include "ftp/worker/worker.h"
 #include "resources/resource.h"
 

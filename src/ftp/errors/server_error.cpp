@@ -1,3 +1,5 @@
+#include "ftp/errors/server_error.h"
+
 #include <atomic>
 #include <iterator>
 #include <mutex>
@@ -5,8 +7,6 @@
 #include "foundation/catalogue.h"
 #include "foundation/message_ids.h"
 #include "foundation/trace.h"
-#include "ftp/control/remote_commands.h"
-#include "ftp/errors/error_texts.h"
 #include "ftp/worker/session_view.h"
 
 namespace {

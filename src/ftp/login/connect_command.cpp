@@ -1,4 +1,5 @@
-#include <mutex>
+#include "ftp/login/connect_command.h"
+
 #include <string>
 
 #include "config/host_types.h"
@@ -7,17 +8,16 @@
 #include "foundation/foundation_view.h"
 #include "foundation/message_ids.h"
 #include "foundation/trace.h"
-#include "ftp/control/control_connection.h"
 #include "ftp/control/remote_commands.h"
+#include "ftp/control/reply_buffer.h"
+#include "ftp/control/reply_receive.h"
 #include "ftp/login/connect_failure.h"
 #include "ftp/login/login.h"
+#include "ftp/worker/close_socket.h"
 #include "ftp/worker/session_state.h"
 #include "ftp/worker/session_view.h"
 
 namespace {
-
-std::mutex gFailureLock;
-std::string gFailure;
 
 void SetStatusText(std::string_view text) {
     if (gSessionView.setStatusText != nullptr) gSessionView.setStatusText(std::string(text).c_str());
@@ -70,16 +70,6 @@ OwnedText FirstDirectory(Site* site) {
 }
 
 }  // namespace
-
-void NoteConnectFailure(std::string_view reason) {
-    const std::lock_guard guard(gFailureLock);
-    gFailure.assign(reason);
-}
-
-std::string ConnectFailure() {
-    const std::lock_guard guard(gFailureLock);
-    return gFailure;
-}
 
 char RemoteSeparator(const char* firstDirectory) {
     const std::string_view path = firstDirectory != nullptr ? firstDirectory : "";

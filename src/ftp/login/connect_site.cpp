@@ -1,3 +1,5 @@
+#include "ftp/login/connect_site.h"
+
 #include <string>
 
 #include "config/settings.h"
@@ -7,16 +9,14 @@
 #include "foundation/trace.h"
 #include "ftp/errors/error_texts.h"
 #include "ftp/login/host_lookup.h"
-#include "ftp/login/login.h"
 #include "ftp/worker/blocking_call.h"
+#include "ftp/worker/close_socket.h"
 #include "ftp/worker/session_state.h"
 
 namespace {
 
 constexpr char kFuncName[] = "Zarn_ConnectSite";
 constexpr int kTcp = 6;
-constexpr int kMostCloseRetries = 5;
-constexpr int kLingerSeconds = 25;
 
 // 0, with message 6078, when neither the service, nor its name, nor the settings give a port.
 std::uint16_t ControlPort(const char* service, const char* protocol) {
@@ -132,36 +132,4 @@ bool Zarn_ConnectSite(Site* site, const char* service, const char* protocol) {
     NoteLocalEnd(record);
     DoPrintIdArgs(MSG_CONNECTED_TO, record.PeerName, static_cast<unsigned>(port));
     return true;
-}
-
-platform::Socket DoClose(platform::Socket socket, CloseHow how) {
-    constexpr char kCloser[] = "DoClose";
-    if (socket == platform::kNoSocket) return platform::kNoSocket;
-    constexpr int kShutdownFirst = 2;
-    if (gSession.shutdownMode == kShutdownFirst) {
-        if (how != CloseHow::None) platform::ShutdownSocket(socket, static_cast<platform::ShutdownHow>(how));
-        platform::SetLinger(socket, gSession.aborting ? 0 : kLingerSeconds);
-    }
-    int retries = 0;
-    while (!platform::CloseSocket(socket) && platform::LastSocketError() == platform::kSocketWouldBlock &&
-           retries < kMostCloseRetries)
-        ++retries;
-    if (retries > 0) DbgVsprintfID(kCloser, MSG_DATA_SOCKET_CLOSE_RETRIED, retries);
-    DbgVsprintfID(kCloser, MSG_SOCKET_CLOSED, static_cast<unsigned>(socket));
-    return platform::kNoSocket;
-}
-
-bool CloseStoredSocket(std::atomic<platform::Socket>& stored, CloseHow how) {
-    const platform::Socket socket = stored.exchange(platform::kNoSocket);
-    if (socket == platform::kNoSocket || socket == 0) return false;
-    DoClose(socket, how);
-    return true;
-}
-
-void AbandonStoredSocket(std::atomic<platform::Socket>& stored) {
-    const platform::Socket socket = stored.exchange(platform::kNoSocket);
-    if (socket == platform::kNoSocket || socket == 0) return;
-    platform::SetLinger(socket, 0);
-    platform::CloseSocket(socket);
-    DbgVsprintfID("DoClose", MSG_SOCKET_CLOSED, static_cast<unsigned>(socket));
 }

@@ -1,3 +1,5 @@
+#include "ftp/login/local_host.h"
+
 #include <atomic>
 #include <string>
 
@@ -5,10 +7,8 @@
 #include "foundation/error_report.h"
 #include "foundation/foundation_view.h"
 #include "foundation/message_ids.h"
-#include "foundation/trace.h"
 #include "ftp/errors/error_texts.h"
 #include "ftp/login/host_lookup.h"
-#include "ftp/login/login.h"
 #include "ftp/worker/session_state.h"
 #include "platform/system.h"
 

@@ -6,13 +6,16 @@
 #include "config/host_types.h"
 #include "config/settings.h"
 #include "foundation/catalogue.h"
-#include "foundation/foundation_view.h"
 #include "foundation/message_ids.h"
 #include "foundation/trace.h"
 #include "ftp/control/control_connection.h"
+#include "ftp/control/reply_buffer.h"
 #include "ftp/errors/error_texts.h"
 #include "ftp/login/connect_failure.h"
+#include "ftp/login/connect_site.h"
+#include "ftp/login/welcome.h"
 #include "ftp/worker/beeps.h"
+#include "ftp/worker/close_socket.h"
 #include "ftp/worker/session_state.h"
 #include "ftp/worker/session_view.h"
 #include "platform/system.h"
@@ -60,28 +63,6 @@ bool AskUser(unsigned caption, unsigned prompt, bool isSecret, std::string& answ
     question.isSecret = isSecret;
     question.longest = kLongestAnswer;
     return gSessionView.askText(question, answer);
-}
-
-// Reads the welcome. Says on the console what is wrong with one that is not a welcome.
-bool ReadWelcome(Site* site, ReplyBuffer reply) {
-    SetReply(reply, "");
-    const int result = ReadDisplayLine(site, reply);
-    if (result == FTP_COMPLETE) return true;
-    const char* host = site->pszHost.c_str();
-    if (result == SOCKET_ERROR && StopRequested()) {
-        DoPrintIdArgs(MSG_SERVER_SILENT, host, gZarn.port.timeout);
-        NoteConnectFailure(Zarn_ResVsprintf(MSG_BOX_SERVER_SILENT, gZarn.port.timeout).view());
-    } else if (result == SOCKET_ERROR) {
-        DoPrintIdArgs(MSG_NO_WELCOME, host);
-        NoteConnectFailure(Zarn_ResVsprintf(MSG_NO_WELCOME, host).view());
-    } else if (result == 0) {
-        DoPrintIdArgs(MSG_NOT_A_REPLY, reply.data());
-        NoteConnectFailure(Zarn_ResVsprintf(MSG_BOX_NOT_A_FTP_SERVER, host).view());
-    } else {
-        NoteConnectFailure(reply.data());
-    }
-    DoPrintIdArgs(MSG_UNKNOWN_OPEN_MESSAGE, reply.data(), static_cast<unsigned>(result));
-    return false;
 }
 
 void DetectFromWelcome(Site* site, const char* welcome) {
@@ -180,26 +161,6 @@ Attempt TryConnect(Site* site) {
 }
 
 }  // namespace
-
-std::uint32_t DetectHostType(std::uint32_t configured, const char* welcome) {
-    if (configured != HOST_TYPE_AUTO || welcome == nullptr) return configured;
-    struct Sign {
-        std::string_view text;
-        std::uint32_t type;
-    };
-    static constexpr Sign kSigns[] = {
-        {"(EXOS", HOST_TYPE_EXOS},
-        {"Microsoft FTP Service", HOST_TYPE_WINDOWS_NT},
-        {"Ambrel FTP server", HOST_TYPE_CLIX},
-        {"UNIX", HOST_TYPE_UNIX},
-        {"Unix", HOST_TYPE_UNIX},
-        {"unix", HOST_TYPE_UNIX},
-    };
-    const std::string_view text = welcome;
-    for (const Sign& sign : kSigns)
-        if (text.find(sign.text) != std::string_view::npos) return sign.type;
-    return HOST_TYPE_AUTO;
-}
 
 bool DoConnect2(Site* site) {
     return TryConnect(site) == Attempt::Connected;

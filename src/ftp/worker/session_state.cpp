@@ -4,7 +4,6 @@
 #include "ftp/worker/session_view.h"
 
 SessionState gSession;
-SessionView gSessionView;
 
 namespace {
 

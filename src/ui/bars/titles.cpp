@@ -1,7 +1,7 @@
 #include "ui/bars/titles.h"
 
 #include "foundation/trace.h"
-#include "ftp/login/login.h"
+#include "ftp/login/local_host.h"
 #include "ui/panes/tree_pane.h"
 #include "ui/screen/app.h"
 #include "ui/screen/wide_text.h"

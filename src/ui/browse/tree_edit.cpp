@@ -12,7 +12,7 @@
 #include "foundation/message_ids.h"
 #include "foundation/text_helpers.h"
 #include "foundation/trace.h"
-#include "ftp/control/control_connection.h"
+#include "ftp/control/keep_alive.h"
 #include "ftp/control/remote_commands.h"
 #include "ftp/worker/session_state.h"
 #include "ftp/worker/worker.h"

@@ -16,7 +16,7 @@
 #include "foundation/message_ids.h"
 #include "foundation/text_helpers.h"
 #include "foundation/trace.h"
-#include "ftp/worker/worker.h"
+#include "ftp/login/stop.h"
 #include "platform/registry.h"
 #include "platform/system.h"
 #include "resources/resource.h"

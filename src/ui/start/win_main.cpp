@@ -12,7 +12,7 @@
 #include "foundation/message_ids.h"
 #include "foundation/trace.h"
 #include "ftp/errors/error_texts.h"
-#include "ftp/login/login.h"
+#include "ftp/login/local_host.h"
 #include "ftp/worker/session_state.h"
 #include "platform/sockets.h"
 #include "platform/system.h"

@@ -14,6 +14,7 @@
 #include "foundation/message_ids.h"
 #include "foundation/trace.h"
 #include "ftp/data/dump_file.h"
+#include "ftp/login/stop.h"
 #include "ftp/worker/session_state.h"
 #include "ftp/worker/worker.h"
 #include "resources/resource.h"

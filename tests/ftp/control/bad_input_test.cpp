@@ -1,10 +1,11 @@
 // Servers that do not behave: each ends with a clear message, and the program connects again afterwards.
 #include <gtest/gtest.h>
 
+#include "ftp/control/keep_alive.h"
 #include "ftp/control/remote_commands.h"
-#include "ftp/login/login.h"
+#include "ftp/control/reply_buffer.h"
+#include "ftp/login/connect_command.h"
 #include "ftp/worker/session_state.h"
-#include "ftp/worker/worker.h"
 #include "platform/sockets.h"
 #include "support/session_harness.h"
 

@@ -6,8 +6,10 @@
 #include <string>
 
 #include "foundation/trace.h"
-#include "ftp/control/remote_commands.h"
-#include "ftp/login/login.h"
+#include "ftp/control/keep_alive.h"
+#include "ftp/control/reply_buffer.h"
+#include "ftp/control/reply_receive.h"
+#include "ftp/login/connect_site.h"
 #include "ftp/worker/session_state.h"
 #include "platform/clock.h"
 #include "support/session_harness.h"

@@ -1,10 +1,14 @@
 #include "ftp/control/remote_commands.h"
+#include "ftp/control/control_connection.h"
 
 #include <gtest/gtest.h>
 
 #include "config/host_types.h"
+#include "ftp/control/reply_buffer.h"
 #include "ftp/control/reserved_names.h"
 #include "ftp/data/dump_file.h"
+#include "ftp/data/remote_listing.h"
+#include "ftp/errors/server_error.h"
 #include "ftp/worker/session_state.h"
 #include "platform/files.h"
 #include "platform/system.h"

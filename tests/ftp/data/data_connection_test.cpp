@@ -1,4 +1,6 @@
 #include "ftp/data/data_connection.h"
+#include "ftp/control/control_connection.h"
+#include "ftp/control/reply_buffer.h"
 
 #include <gtest/gtest.h>
 
@@ -7,6 +9,7 @@
 #include "foundation/message_expansion.h"
 #include "ftp/data/data_copy.h"
 #include "ftp/login/login.h"
+#include "ftp/worker/close_socket.h"
 #include "ftp/worker/session_state.h"
 #include "platform/files.h"
 #include "platform/system.h"

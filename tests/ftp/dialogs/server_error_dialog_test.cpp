@@ -4,8 +4,7 @@
 
 #include <string>
 
-#include "ftp/control/remote_commands.h"
-#include "ftp/errors/error_texts.h"
+#include "ftp/errors/server_error.h"
 #include "ftp/worker/session_view.h"
 #include "resources/resource.h"
 #include "support/dialog_user.h"

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "foundation/trace.h"
-#include "ftp/control/remote_commands.h"
+#include "ftp/errors/server_error.h"
 #include "support/session_harness.h"
 
 namespace {

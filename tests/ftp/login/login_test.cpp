@@ -1,8 +1,14 @@
 #include "ftp/login/login.h"
+#include "ftp/control/reply_buffer.h"
+#include "ftp/login/connect_command.h"
+#include "ftp/login/connect_site.h"
+#include "ftp/login/local_host.h"
 
 #include <gtest/gtest.h>
 
 #include "config/host_types.h"
+#include "ftp/login/welcome.h"
+#include "ftp/worker/close_socket.h"
 #include "ftp/worker/session_state.h"
 #include "support/session_harness.h"
 

@@ -1,3 +1,9 @@
+#include "ftp/control/connection_loss.h"
+#include "ftp/control/control_connection.h"
+#include "ftp/control/reply_buffer.h"
+#include "ftp/login/connect_command.h"
+#include "ftp/login/connect_site.h"
+#include "ftp/login/stop.h"
 #include "ftp/worker/worker.h"
 
 #include <gtest/gtest.h>
@@ -6,7 +12,6 @@
 
 #include "ftp/control/remote_commands.h"
 #include "ftp/data/data_connection.h"
-#include "ftp/login/login.h"
 #include "ftp/worker/blocking_call.h"
 #include "ftp/worker/session_state.h"
 #include "platform/clock.h"

@@ -1,12 +1,14 @@
+#include "ftp/login/stop.h"
+
 #include <string>
 
 #include "config/settings.h"
 #include "foundation/catalogue.h"
-#include "foundation/foundation_view.h"
 #include "foundation/message_ids.h"
-#include "foundation/trace.h"
+#include "ftp/control/connection_loss.h"
 #include "ftp/control/control_connection.h"
-#include "ftp/login/login.h"
+#include "ftp/control/reply_buffer.h"
+#include "ftp/worker/close_socket.h"
 #include "ftp/worker/session_state.h"
 #include "ftp/worker/session_view.h"
 #include "ftp/worker/worker.h"
@@ -142,26 +144,4 @@ void Zarn_IdmExit(Site* site, unsigned commandId) {
         return;
     }
     RefreshWindow();
-}
-
-void TellServerReset(const char* callerName, Site* site) {
-    if (site == nullptr) return;
-    Site* previous = gSession.activeSite.exchange(site);
-    DbgVsprintf("Zarn_HandleFtpReset", "Entered from %s", callerName != nullptr ? callerName : "");
-    DoPrintIdArgs(MSG_SERVER_ABORTED_CONNECTION);
-    const std::string text = CatalogueText(MSG_SERVER_ABORTED_CONNECTION);
-    ShowMessageBox(text.c_str(), nullptr, BoxButtons::Ok, BoxIcon::Stop);
-    if (gSessionView.postDisconnect != nullptr) gSessionView.postDisconnect(site);
-    gSession.activeSite = previous;
-}
-
-void Zarn_HandleFtpReset(const char* callerName, Site* site) {
-    if (site == nullptr) site = gSession.activeSite;
-    if (site == nullptr) return;
-    // A lost connection is told once.
-    if (!HasControlSocket(site) && site->bConnected == 0) {
-        DbgVsprintf("Zarn_HandleFtpReset", "WARNING. %s is closed already. Returning", site->pszHost.c_str());
-        return;
-    }
-    TellServerReset(callerName, site);
 }

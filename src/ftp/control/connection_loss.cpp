@@ -1,0 +1,51 @@
+#include "ftp/control/connection_loss.h"
+
+#include <string>
+
+#include "foundation/catalogue.h"
+#include "foundation/foundation_view.h"
+#include "foundation/message_ids.h"
+#include "foundation/trace.h"
+#include "ftp/control/reply_buffer.h"
+#include "ftp/worker/close_socket.h"
+#include "ftp/worker/session_state.h"
+#include "ftp/worker/session_view.h"
+#include "ftp/worker/worker.h"
+
+void TellServerReset(const char* callerName, Site* site) {
+    if (site == nullptr) return;
+    Site* previous = gSession.activeSite.exchange(site);
+    DbgVsprintf("Zarn_HandleFtpReset", "Entered from %s", callerName != nullptr ? callerName : "");
+    DoPrintIdArgs(MSG_SERVER_ABORTED_CONNECTION);
+    const std::string text = CatalogueText(MSG_SERVER_ABORTED_CONNECTION);
+    ShowMessageBox(text.c_str(), nullptr, BoxButtons::Ok, BoxIcon::Stop);
+    if (gSessionView.postDisconnect != nullptr) gSessionView.postDisconnect(site);
+    gSession.activeSite = previous;
+}
+
+void Zarn_HandleFtpReset(const char* callerName, Site* site) {
+    if (site == nullptr) site = gSession.activeSite;
+    if (site == nullptr) return;
+    // A lost connection is told once.
+    if (!HasControlSocket(site) && site->bConnected == 0) {
+        DbgVsprintf("Zarn_HandleFtpReset", "WARNING. %s is closed already. Returning", site->pszHost.c_str());
+        return;
+    }
+    TellServerReset(callerName, site);
+}
+
+void LoseControlConnection(const char* callerName, Site* site) {
+    DbgVsprintf(callerName, "ERROR. Closing Connection to %s", site->pszHost.c_str());
+    // A server that does not answer may not take what is still on its way either: nothing is waited for.
+    AbandonStoredSocket(site->pSock->ctrl_skt);
+    site->bConnected = 0;
+    if (StoppingWorker())
+        LeaveLossUntold();
+    else
+        TellServerReset(callerName, site);
+}
+
+void DropUnansweredConnection(const char* callerName, Site* site) {
+    if (!StopRequested() || gSession.connecting || !HasControlSocket(site)) return;
+    LoseControlConnection(callerName, site);
+}

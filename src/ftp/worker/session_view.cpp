@@ -1,0 +1,3 @@
+#include "ftp/worker/session_view.h"
+
+SessionView gSessionView;
