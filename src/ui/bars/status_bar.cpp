@@ -74,14 +74,14 @@ std::string SelectionText() {
 }
 
 void TraceBusyFlags() {
-    constexpr char kFunction[] = "ChangeSBText";
+    constexpr char kFuncName[] = "ChangeSBText";
     if (!gTrace.Any()) return;
     const std::pair<const char*, bool> flags[] = {{"fConnectInProgress", gSession.connecting},
                                                   {"fParsingFiles", gSession.parsing},
                                                   {"fChangingFolder", gSession.busy},
                                                   {"fExitInProgress", gSession.exiting}};
     for (const auto& [name, set] : flags) {
-        if (set) DbgVsprintf(kFunction, "%s", name);
+        if (set) DbgVsprintf(kFuncName, "%s", name);
     }
 }
 
@@ -172,8 +172,8 @@ bool ChangeCWD() {
 }
 
 void Zarn_ToggleStatus(int part) {
-    constexpr char kFunction[] = "Zarn_ToggleStatus";
-    DbgVsprintf(kFunction, "Entered");
+    constexpr char kFuncName[] = "Zarn_ToggleStatus";
+    DbgVsprintf(kFuncName, "Entered");
     switch (part) {
         case kPartMessage:
             Zarn_ShowConsole(gApp.mainWindow, true);
@@ -191,13 +191,13 @@ void Zarn_ToggleStatus(int part) {
             // The next transfer of this type sends the matching TYPE command.
             gZarn.mode.mode = gZarn.defaultMode.mode = NextTransferType(gZarn.mode.mode);
             if (gZarn.mode.mode == 'L') {
-                DbgVsprintf(kFunction, "TYPE L 8");
+                DbgVsprintf(kFuncName, "TYPE L 8");
             } else {
-                DbgVsprintf(kFunction, "TYPE %c", gZarn.mode.mode);
+                DbgVsprintf(kFuncName, "TYPE %c", gZarn.mode.mode);
             }
             break;
         case kPartLocalDir:
-            if (!ChangeCWD()) DbgVsprintf(kFunction, "Call to ChangeCWD() Failed");
+            if (!ChangeCWD()) DbgVsprintf(kFuncName, "Call to ChangeCWD() Failed");
             break;
         default:
             break;

@@ -34,7 +34,7 @@
 
 namespace {
 
-constexpr char kEndEdit[] = "LV_HandleEndLabelEdit";
+constexpr char kFuncName[] = "LV_HandleEndLabelEdit";
 constexpr int kLongestLabel = 260;
 
 // The entry of a folder that is being named and does not exist yet.
@@ -94,7 +94,7 @@ void RenameEntry(LVobject* entry, const std::string& newName) {
     if (site == nullptr || (!local && site->bConnected == 0)) return;
     const std::string from = local ? ItemPath(folder, oldName) : RemoteName(folder, site, oldName);
     const std::string to = local ? ItemPath(folder, newName) : RemoteName(folder, site, newName);
-    StartWorker(kEndEdit, [=] {
+    StartWorker(kFuncName, [=] {
         bool renamed = false;
         if (local) {
             renamed = platform::MoveFilePath(from.c_str(), to.c_str(), false);
@@ -226,7 +226,7 @@ void LV_HandleEndLabelEdit(int index, const wchar_t* newText) {
     const std::string newName = newText != nullptr ? Narrow(newText) : oldName;
     if (newName == oldName) {
         if (isNew) {
-            DbgVsprintf(kEndEdit, " NO CHANGE - Deleting the ListView Object !!!!");
+            DbgVsprintf(kFuncName, " NO CHANGE - Deleting the ListView Object !!!!");
             DropNewFolder(entry);
         }
         return;
@@ -259,7 +259,7 @@ void newfolder_fx(TVobject* folder) {
 }
 
 bool delete_fx() {
-    static constexpr char kFunction[] = "delete_fx";
+    static constexpr char kDeleteFuncName[] = "delete_fx";
     TVobject* folder = ListedFolder();
     std::vector<LVobject*> entries;
     int left = SelectedCount();
@@ -267,10 +267,10 @@ bool delete_fx() {
         entries.push_back(EntryAt(i));
     }
     if (entries.empty() || folder == nullptr) {
-        DbgVsprintf(kFunction, "ERROR. Nothing was selected. Returning -1");
+        DbgVsprintf(kDeleteFuncName, "ERROR. Nothing was selected. Returning -1");
         return false;
     }
-    return StartWorker(kFunction, [folder, entries] {
+    return StartWorker(kDeleteFuncName, [folder, entries] {
         Site* site = TV_GetFtpSite(folder);
         if (!IsLocalNode(folder) && (site == nullptr || !ServerReadyForCmd(site, true))) return;
         if (!gSession.exiting) SetTransferAbort(false);
@@ -282,7 +282,7 @@ bool delete_fx() {
             ++deleted;
         }
         const int result = deleted == static_cast<int>(entries.size()) ? 0 : -1;
-        DbgVsprintf(kFunction, "Done. Deleted %d Items. Returning %d", deleted, result);
+        DbgVsprintf(kDeleteFuncName, "Done. Deleted %d Items. Returning %d", deleted, result);
         RunOnUi([last] { SelectAfterDeletion(last); });
     });
 }

@@ -29,7 +29,7 @@
 
 namespace {
 
-constexpr char kResolve[] = "LV_ResolveObject";
+constexpr char kFuncName[] = "LV_ResolveObject";
 
 void CountTarget(TVobject* folder, const LVobject& entry) {
     if (entry.type == kKindLink) return;
@@ -67,7 +67,7 @@ void TellUnresolved(Site* site, const std::string& name, int result) {
     if (StopRequested()) return;
     DoPrintIdArgs(MSG_LINK_NOT_RESOLVED, name);
     const bool broken = result == SOCKET_ERROR || result == FTP_CLOSE || !HasControlSocket(site);
-    if (broken && EndLostConnection(kResolve, site, result, "")) return;
+    if (broken && EndLostConnection(kFuncName, site, result, "")) return;
     const OwnedText text = Zarn_ResVsprintf(MSG_LINK_NOT_RESOLVED, name);
     ShowMessageBox(text.c_str(), nullptr, BoxButtons::Ok, BoxIcon::Exclamation);
 }
@@ -76,7 +76,7 @@ void ResolveOnServer(Site* site, TVobject* folder, LVobject* entry) {
     if (!gSession.exiting) SetTransferAbort(false);
     // Targets are looked for from where the session stands.
     if (!ServerReadyForCmd(site, true) || !TV_PreSelect(folder)) {
-        DbgVsprintf(kResolve, "ERROR. Server NOT Ready. Returning.");
+        DbgVsprintf(kFuncName, "ERROR. Server NOT Ready. Returning.");
         return;
     }
     const std::string name = ShownName(entry->name.view());
@@ -120,14 +120,14 @@ void UpdateLocal(LVobject* entry, const TVobject* folder) {
 }  // namespace
 
 void LV_ResolveObject(int index) {
-    DbgVsprintf(kResolve, "Entered");
+    DbgVsprintf(kFuncName, "Entered");
     LVobject* entry = EntryAt(index);
     TVobject* folder = ListedFolder();
     if (entry == nullptr || entry->type != kKindLink || folder == nullptr || IsLocalNode(folder)) return;
     Site* site = TV_GetFtpSite(folder);
     if (site == nullptr || site->bConnected == 0) return;
     SelectOnly(index);
-    StartWorker(kResolve, [=] { ResolveOnServer(site, folder, entry); });
+    StartWorker(kFuncName, [=] { ResolveOnServer(site, folder, entry); });
 }
 
 void LV_UpdateObject(LVobject* entry) {

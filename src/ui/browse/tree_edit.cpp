@@ -29,7 +29,7 @@
 
 namespace {
 
-constexpr char kEndEdit[] = "TV_HandleEndLabelEdit";
+constexpr char kFuncName[] = "TV_HandleEndLabelEdit";
 constexpr int kLongestLabel = 260;
 
 TVobject* gNewFolder = nullptr;  // being named; not on the server yet
@@ -38,7 +38,7 @@ TVobject* gNewFolder = nullptr;  // being named; not on the server yet
 std::string PathIn(const TVobject* folder, std::string_view name) {
     const std::string path = ItemPath(folder, name);
     // Too long a path is reported and cut.
-    return IsLocalNode(folder) ? path : FormatBounded(kEndEdit, kTextBuffer, "%s", path.c_str());
+    return IsLocalNode(folder) ? path : FormatBounded(kFuncName, kTextBuffer, "%s", path.c_str());
 }
 
 void TakeNewName(TVobject* node, const std::string& name) {
@@ -60,7 +60,7 @@ void RenameRemoteFolder(TVobject* node, const std::string& newName) {
     if (site == nullptr || site->bConnected == 0) return;
     const std::string oldPath = PathIn(node->pTVparent, node->pszName.view());
     const std::string newPath = PathIn(node->pTVparent, newName);
-    StartWorker(kEndEdit, [=] {
+    StartWorker(kFuncName, [=] {
         if (!ServerReadyForCmd(site, true) || !RenameRemoteItem(site, oldPath.c_str(), newPath.c_str())) return;
         // The session stands in the folder that was renamed, or below it.
         const std::string current = site->pszCurrentDir.c_str();
@@ -74,14 +74,14 @@ void RenameRemoteFolder(TVobject* node, const std::string& newName) {
 void RenameLocalFolder(TVobject* node, const std::string& newName) {
     const std::string oldPath = LocalNodePath(node);
     const std::string newPath = PathIn(node->pTVparent, newName);
-    StartWorker(kEndEdit, [=] {
+    StartWorker(kFuncName, [=] {
         // A folder that is anybody's current one cannot be moved: the process steps out of it.
         platform::SetCurrentFolder(LocalNodePath(node->pTVparent).c_str());
         const bool moved = platform::MoveFilePath(oldPath.c_str(), newPath.c_str(), false);
         const std::uint32_t error = platform::LastSystemError();
         platform::SetCurrentFolder((moved ? newPath : oldPath).c_str());
         if (!moved) {
-            DbgVsprintf(kEndEdit, "ERROR. Call to MoveFile(%s, %s) Failed!", oldPath.c_str(), newPath.c_str());
+            DbgVsprintf(kFuncName, "ERROR. Call to MoveFile(%s, %s) Failed!", oldPath.c_str(), newPath.c_str());
             ShowApiError(error);
             return;
         }
@@ -129,7 +129,7 @@ void TV_HandleEndLabelEdit(TVobject* node, const wchar_t* newText) {
     const bool named = node == gNewFolder;
     gNewFolder = nullptr;
     if (newText == nullptr) {
-        DbgVsprintf(kEndEdit, "CANCELED!!!! pszText was NULL. returning 1L");
+        DbgVsprintf(kFuncName, "CANCELED!!!! pszText was NULL. returning 1L");
         if (named) TV_DeleteNode(node);
         return;
     }
@@ -139,7 +139,7 @@ void TV_HandleEndLabelEdit(TVobject* node, const wchar_t* newText) {
         return;
     }
     if (newName == ShownName(node->pszName.view())) {
-        DbgVsprintf(kEndEdit, "(%s): Nothing changed!. Returning 0L", newName.c_str());
+        DbgVsprintf(kFuncName, "(%s): Nothing changed!. Returning 0L", newName.c_str());
         return;
     }
     if (newName.empty()) return;
@@ -154,7 +154,7 @@ void TV_HandleEndLabelEdit(TVobject* node, const wchar_t* newText) {
             RenameLocalFolder(node, newName);
             break;
         default:
-            DbgVsprintf(kEndEdit, "ERROR. We don't rename Root directories! Breaking switch(wObjType)");
+            DbgVsprintf(kFuncName, "ERROR. We don't rename Root directories! Breaking switch(wObjType)");
             break;
     }
 }

@@ -25,12 +25,13 @@
 
 namespace {
 
+constexpr char kFuncName[] = "TV_HandleRealSelChange";
 constexpr UINT kBusyDelay = 50;  // milliseconds until a selection made during an operation is looked at again
 
-TVobject* gCurrent = nullptr;  // the node last handled
-TVobject* gPending = nullptr;  // the node that the selection is moving to
-bool gActsAtOnce = false;      // the program selects, not the keyboard: nothing to coalesce
-bool gOnlySelects = false;     // the selection moves without being acted on
+TVobject* gCurrent = nullptr;     // the node last handled
+TVobject* gPending = nullptr;     // the node that the selection is moving to
+bool gSkipKeyboardDelay = false;  // the program selects: there are no key strokes to wait for
+bool gSuppressListing = false;    // the selection moves without anything being listed
 bool gWaitsForOperation = false;
 TVobject* gOpenWhenListed = nullptr;
 
@@ -61,7 +62,7 @@ void OpenAncestors(TVobject* node) {
     if (node->hItem == 0) ExpandNode(node->pTVparent);
 }
 
-// What a list of another site's folder would say about a site that is selected itself: nothing.
+// Selecting a site node clears the list if it still shows another site's folder.
 void ShowSite(TVobject* node) {
     Site* site = TV_GetFtpSite(node);
     if (ListedFolder() != nullptr && TV_GetFtpSite(ListedFolder()) != site) InitListView();
@@ -71,18 +72,17 @@ void ShowSite(TVobject* node) {
 
 // Runs on the worker.
 bool ChangeRemoteFolder(TVobject* node, Site* site) {
-    constexpr char kFunction[] = "TV_HandleRealSelChange";
     if (!ServerReadyForCmd(site, true)) {
-        DbgVsprintf(kFunction, "ERROR. Server NOT Ready. Returning.");
+        DbgVsprintf(kFuncName, "ERROR. Server NOT Ready. Returning.");
         return false;
     }
     if (!TV_PreSelect(node)) {
-        DbgVsprintf(kFunction, "Call to TV_PreSelect(%x:%s) Failed", TraceAddress(node), node->pszName.c_str());
+        DbgVsprintf(kFuncName, "Call to TV_PreSelect(%x:%s) Failed", TraceAddress(node), node->pszName.c_str());
         return false;
     }
     const int result = LV_ChangeDir(node);
     if (result == FTP_COMPLETE) return true;
-    DbgVsprintf(kFunction, "Call to LV_ChangeDir(%x:%s) Failed", TraceAddress(node), node->pszName.c_str());
+    DbgVsprintf(kFuncName, "Call to LV_ChangeDir(%x:%s) Failed", TraceAddress(node), node->pszName.c_str());
     // A broken data connection gives a socket error, too, and leaves the session as it was.
     const bool lost = result == FTP_CLOSE || (result == SOCKET_ERROR && !HasControlSocket(site));
     if (lost && gSessionView.postDisconnect != nullptr) gSessionView.postDisconnect(site);
@@ -102,13 +102,36 @@ void FinishChange(TVobject* node, bool changed) {
     OpenWhenListed(nullptr);
     const Site* site = TV_GetFtpSite(node);
     if (!IsLocalNode(node) && (site == nullptr || site->bConnected == 0)) {
-        DbgVsprintf("TV_HandleRealSelChange", "Connection was lost. NOT calling TreeView_SelectItem()");
+        DbgVsprintf(kFuncName, "Connection was lost. NOT calling TreeView_SelectItem()");
         return;
     }
     // A selection that moved on in the meantime is dealt with by its own timer.
     if (gCurrent != nullptr && SelectedNode() == node) SelectWithoutListing(gCurrent);
     SetFocus(TreeWindow());
     RefreshWindowState();
+}
+
+// A selection made during an operation waits for its end.
+void LookAgainLater() {
+    if (!gWaitsForOperation) DbgVsprintf(kFuncName, "fChangingFolder is TRUE. Returning NULL");
+    gWaitsForOperation = true;
+    StartSelectionTimer(kBusyDelay);
+}
+
+// For a node without a folder of its own. False for a kind that no node should have.
+bool ShowUnlistedNode(TVobject* node) {
+    switch (node->wObjType) {
+        case kKindAddSite:
+            InitListView();
+            SetTvTitleText(nullptr);
+            return true;
+        case kKindSite:
+            ShowSite(node);
+            return true;
+        default:
+            DbgVsprintf(kFuncName, "TVN_SELCHANGED: Bogus Object Type(%d)\n", static_cast<int>(node->wObjType));
+            return false;
+    }
 }
 
 }  // namespace
@@ -130,87 +153,67 @@ bool TV_OnSelChanging(TVobject* newNode) {
 
 void TV_OnSelChanged(TVobject* newNode, bool byMouse) {
     CancelSelectionTimer();
-    if (newNode == nullptr || gOnlySelects) return;
-    StartSelectionTimer(byMouse || gActsAtOnce ? kMouseDelay : kKeyboardDelay);
+    if (newNode == nullptr || gSuppressListing) return;
+    StartSelectionTimer(byMouse || gSkipKeyboardDelay ? kMouseDelay : kKeyboardDelay);
 }
 
 void CancelSelectionTimer() {
     KillTimer(gApp.mainWindow, kSelectionTimer);
 }
 
-bool TV_HandleRealSelChange() {
-    constexpr char kFunction[] = "TV_HandleRealSelChange";
+void TV_HandleRealSelChange() {
     CancelSelectionTimer();
     TVobject* node = SelectedNode();
-    if (node == nullptr || gSession.exiting) return false;
+    if (node == nullptr || gSession.exiting) return;
     if (Busy()) {
-        if (!gWaitsForOperation) DbgVsprintf(kFunction, "fChangingFolder is TRUE. Returning NULL");
-        gWaitsForOperation = true;
-        StartSelectionTimer(kBusyDelay);
-        return false;
+        LookAgainLater();
+        return;
     }
     gWaitsForOperation = false;
     if (node == gCurrent) {
-        DbgVsprintf(kFunction, "Landed on last Selected folder, Returning %x", TraceAddress(node));
+        DbgVsprintf(kFuncName, "Landed on last Selected folder, Returning %x", TraceAddress(node));
         gSession.activeSite = TV_GetFtpSite(node);
         RefreshWindowState();
-        return true;
+        return;
     }
     if (node != gPending) {
-        DbgVsprintf(kFunction, "ERROR. (pTVitemNew != pTVselect). Returning NULL");
-        return false;
+        DbgVsprintf(kFuncName, "ERROR. (pTVitemNew != pTVselect). Returning NULL");
+        return;
     }
     gSession.activeSite = TV_GetFtpSite(node);
-    switch (node->wObjType) {
-        case kKindAddSite:
-            InitListView();
-            SetTvTitleText(nullptr);
-            break;
-        case kKindSite:
-            ShowSite(node);
-            break;
-        case kKindSiteRoot:
-        case kKindFolder:
-        case kKindLocalComputer:
-        case kKindLocalRoot:
-        case kKindLocalFolder:
-            if (StartChangeDir(node)) return true;
-            FinishChange(node, false);
-            return false;
-        default:
-            DbgVsprintf(kFunction, "TVN_SELCHANGED: Bogus Object Type(%d)\n", static_cast<int>(node->wObjType));
-            return false;
+    if (CanBeListed(node)) {
+        if (!StartChangeDir(node)) FinishChange(node, false);
+    } else if (ShowUnlistedNode(node)) {
+        gCurrent = node;
+        RefreshWindowState();
     }
-    gCurrent = node;
-    RefreshWindowState();
-    return true;
 }
 
 void TV_HandleDblClick(TVobject* node) {
-    constexpr char kFunction[] = "TV_HandleDblClick";
+    constexpr char kDblClickFuncName[] = "TV_HandleDblClick";
     if (node == nullptr) return;
     if (Busy() || gSession.exiting) {
-        DbgVsprintf(kFunction, "WARNING.  Currently Busy. cd:%d, con:%d, Exit:%d. Returning", gSession.busy ? 1 : 0,
-                    gSession.connecting ? 1 : 0, gSession.exiting ? 1 : 0);
+        DbgVsprintf(kDblClickFuncName, "WARNING.  Currently Busy. cd:%d, con:%d, Exit:%d. Returning",
+                    gSession.busy ? 1 : 0, gSession.connecting ? 1 : 0, gSession.exiting ? 1 : 0);
         return;
     }
     if (node->wObjType == kKindAddSite) {
-        DbgVsprintf(kFunction, "Wizard! Posting Msg IDM_NEW_SITE");
+        DbgVsprintf(kDblClickFuncName, "Wizard! Posting Msg IDM_NEW_SITE");
         PostMessageW(gApp.mainWindow, WM_COMMAND, IDM_NEW_SITE, 0);
         return;
     }
     if (node->wObjType == kKindSite) {
-        DbgVsprintf(kFunction, "Posting Msg IDM_CONNECT to %s", node->pszName.c_str());
+        DbgVsprintf(kDblClickFuncName, "Posting Msg IDM_CONNECT to %s", node->pszName.c_str());
         PostMessageW(gApp.mainWindow, WM_COMMAND, IDM_CONNECT, 0);
         return;
     }
     if (!CanBeListed(node)) return;
     if (node == gCurrent) {
-        DbgVsprintf(kFunction, "REFRESHING : %s", node->pszName.c_str());
+        DbgVsprintf(kDblClickFuncName, "REFRESHING : %s", node->pszName.c_str());
         RefreshSelectedFolder();
         return;
     }
-    DbgVsprintf(kFunction, "CHANGING Remote Dir : %s", node->pszName.c_str());
+    DbgVsprintf(kDblClickFuncName, "CHANGING Remote Dir : %s", node->pszName.c_str());
     CancelSelectionTimer();
     gPending = node;
     TV_HandleRealSelChange();
@@ -236,19 +239,19 @@ void SelectNode(TVobject* node) {
     if (node == nullptr) return;
     OpenAncestors(node);
     if (node->hItem == 0) return;
-    gActsAtOnce = true;
+    gSkipKeyboardDelay = true;
     if (SelectedNode() != node) {
         TreeView_SelectItem(TreeWindow(), ItemOf(node));
     } else if (node != gCurrent && !TV_OnSelChanging(node)) {
         TV_OnSelChanged(node, false);
     }
-    gActsAtOnce = false;
+    gSkipKeyboardDelay = false;
 }
 
 void SelectWithoutListing(TVobject* node) {
-    gOnlySelects = true;
+    gSuppressListing = true;
     if (node != nullptr && node->hItem != 0) TreeView_SelectItem(TreeWindow(), ItemOf(node));
-    gOnlySelects = false;
+    gSuppressListing = false;
     gCurrent = node;
     if (node != nullptr) gSession.activeSite = TV_GetFtpSite(node);
 }

@@ -16,7 +16,7 @@ bool TV_OnSelChanging(TVobject* newNode);
 void TV_OnSelChanged(TVobject* newNode, bool byMouse);
 void CancelSelectionTimer();
 // The timer fired.
-bool TV_HandleRealSelChange();
+void TV_HandleRealSelChange();
 void TV_HandleDblClick(TVobject* node);
 // Re-lists the selected folder on the worker.
 void RefreshSelectedFolder();

@@ -38,7 +38,7 @@
 
 namespace {
 
-constexpr char kFunction[] = "ProcessCommandsWndProc";
+constexpr char kFuncName[] = "ProcessCommandsWndProc";
 constexpr int kConsoleLinesKept = 20;
 
 void OnAbort(HWND, UINT) {
@@ -317,7 +317,7 @@ bool CommandIsAvailable(unsigned id) {
 bool ProcessCommandsWndProc(HWND window, UINT id) {
     const Command* command = FindCommand(id);
     if (command == nullptr) return false;
-    if (command->traceName != nullptr) DbgVsprintf(kFunction, "(WM_COMMAND) %s Received", command->traceName);
+    if (command->traceName != nullptr) DbgVsprintf(kFuncName, "(WM_COMMAND) %s Received", command->traceName);
     if (OperationRunning() && !MayRunMeanwhile(id)) return true;
     command->handler(window, id);
     return true;

@@ -48,10 +48,10 @@ void EditNodeLabel() {
 }  // namespace
 
 void Zarn_IdmTransferSelFiles() {
-    constexpr char kFunction[] = "Zarn_IdmTransferSelFiles";
+    constexpr char kFuncName[] = "Zarn_IdmTransferSelFiles";
     const CommandContext context = CurrentCommandContext();
     if (context.focus == CommandContext::Focus::None) {
-        DbgVsprintf(kFunction, "ERROR. Neither the Tree or List was Selected. Returning");
+        DbgVsprintf(kFuncName, "ERROR. Neither the Tree or List was Selected. Returning");
         return;
     }
     if (CommandsRefused()) {
@@ -62,21 +62,21 @@ void Zarn_IdmTransferSelFiles() {
     if (fromList && context.selected == 0) return;
     if (!context.siteConnected) return;
     if (!fromList && !IsRemoteFolderKind(context.nodeKind)) return;
-    DbgVsprintf(kFunction, "Calling CreateThread(get_selected_files_fx)");
+    DbgVsprintf(kFuncName, "Calling CreateThread(get_selected_files_fx)");
     SetPartOneSBText(MSG_TRANSFERING_FILES, nullptr);
     const TransferStart start = fromList ? TransferStart::ListSelection : TransferStart::TreeSelection;
     if (!OpenTransferDialog(gApp.mainWindow, start, OnTransfersDone)) ShowStatusText("");
 }
 
 void Zarn_IdmNewFolder(const char* name) {
-    constexpr char kFunction[] = "Zarn_IdmNewFolder";
+    constexpr char kFuncName[] = "Zarn_IdmNewFolder";
     if (name == nullptr || *name == '\0') {
-        DbgVsprintf(kFunction, "ERROR. NULL Parameter passed in. Returning");
+        DbgVsprintf(kFuncName, "ERROR. NULL Parameter passed in. Returning");
         return;
     }
     TVobject* node = SelectedNode();
     if (!IsReady(node)) {
-        DbgVsprintf(kFunction, "ERROR. Server NOT Ready. Returning.");
+        DbgVsprintf(kFuncName, "ERROR. Server NOT Ready. Returning.");
         return;
     }
     if (IsFolderKind(node->wObjType)) newfolder_fx(node);

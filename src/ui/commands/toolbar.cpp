@@ -17,33 +17,38 @@ namespace {
 
 constexpr int kSeparator = 0;
 
+// What decides whether a button can be pressed: the tree's selected node, or the list with its view and the selection
+// of the focused pane.
+enum class Decides { Nothing, Tree, List };
+
 // A slot: its command and its image within the standard or the view set.
 struct Slot {
     int command;
     bool fromViewSet;
     int image;
+    Decides decides;
 };
 
 constexpr std::array<Slot, 16> kSlots = {{
-    {IDM_LV_CDPARENT, true, VIEW_PARENTFOLDER},
-    {kSeparator, false, 0},
-    {IDM_CONNECT, true, VIEW_NETCONNECT},
-    {IDM_DISCONNECT, true, VIEW_NETDISCONNECT},
-    {kSeparator, false, 0},
-    {IDM_VIEW_LARGE_ICONS, true, VIEW_LARGEICONS},
-    {IDM_VIEW_SMALL_ICONS, true, VIEW_SMALLICONS},
-    {IDM_VIEW_LIST, true, VIEW_LIST},
-    {IDM_DETAILS_WINDOWS, true, VIEW_DETAILS},
-    {kSeparator, false, 0},
-    {IDM_RECEIVE, false, STD_COPY},
-    {IDM_DELETE, false, STD_DELETE},
-    {IDM_PROPERTIES, false, STD_PROPERTIES},
-    {IDM_NEWFOLDER, true, VIEW_NEWFOLDER},
-    {IDM_QUICKVIEW, false, STD_PRINTPRE},
-    {IDM_PRINT, false, STD_PRINT},
+    {IDM_LV_CDPARENT, true, VIEW_PARENTFOLDER, Decides::Tree},
+    {kSeparator, false, 0, Decides::Nothing},
+    {IDM_CONNECT, true, VIEW_NETCONNECT, Decides::Tree},
+    {IDM_DISCONNECT, true, VIEW_NETDISCONNECT, Decides::Tree},
+    {kSeparator, false, 0, Decides::Nothing},
+    {IDM_VIEW_LARGE_ICONS, true, VIEW_LARGEICONS, Decides::List},
+    {IDM_VIEW_SMALL_ICONS, true, VIEW_SMALLICONS, Decides::List},
+    {IDM_VIEW_LIST, true, VIEW_LIST, Decides::List},
+    {IDM_DETAILS_WINDOWS, true, VIEW_DETAILS, Decides::List},
+    {kSeparator, false, 0, Decides::Nothing},
+    {IDM_RECEIVE, false, STD_COPY, Decides::List},
+    {IDM_DELETE, false, STD_DELETE, Decides::List},
+    {IDM_PROPERTIES, false, STD_PROPERTIES, Decides::List},
+    {IDM_NEWFOLDER, true, VIEW_NEWFOLDER, Decides::Tree},
+    {IDM_QUICKVIEW, false, STD_PRINTPRE, Decides::List},
+    {IDM_PRINT, false, STD_PRINT, Decides::List},
 }};
 
-constexpr char kState[] = "SetToolbarButtonState";
+constexpr char kFuncName[] = "SetToolbarButtonState";
 
 void EnableButton(int id, bool enable) {
     const auto command = static_cast<unsigned>(id);
@@ -51,25 +56,25 @@ void EnableButton(int id, bool enable) {
     if (enable == isEnabled) return;
     if (SendMessageW(gApp.toolbar, TB_ENABLEBUTTON, command, MAKELPARAM(enable, 0)) != 0) return;
     const DWORD error = GetLastError();
-    DbgVsprintf(kState, "Unable to Enable:%d Button:%d for hWnd:%x. Err:%d:%s", enable, id, TraceAddress(gApp.toolbar),
-                static_cast<int>(error), GetErrorText(error).c_str());
+    DbgVsprintf(kFuncName, "Unable to Enable:%d Button:%d for hWnd:%x. Err:%d:%s", enable, id,
+                TraceAddress(gApp.toolbar), static_cast<int>(error), GetErrorText(error).c_str());
 }
 
-void EnableButtons(const CommandContext& context) {
+void EnableButtons(Decides decides, const CommandContext& context) {
     const bool busy = CommandsRefused();
     for (const Slot& slot : kSlots) {
-        if (slot.command == kSeparator) continue;
+        if (slot.decides != decides) continue;
         const auto command = static_cast<unsigned>(slot.command);
         EnableButton(slot.command, CommandIsAvailable(command) && ToolbarButtonEnabled(command, context, busy));
     }
 }
 
-// The buttons for the list's selection, and for the tree's node; the rules of both are in command_state.h.
 void LV_SetBtnState(const CommandContext& context) {
-    EnableButtons(context);
+    EnableButtons(Decides::List, context);
 }
+
 void TV_SetBtnState(const CommandContext& context) {
-    EnableButtons(context);
+    EnableButtons(Decides::Tree, context);
 }
 
 }  // namespace
@@ -114,10 +119,7 @@ void SetToolbarButtonState() {
     if (gApp.toolbar == nullptr) return;
     const CommandContext context = CurrentCommandContext();
     WaitForSingleObject(gApp.buttonMutex, INFINITE);
-    if (context.focus == CommandContext::Focus::List) {
-        LV_SetBtnState(context);
-    } else {
-        TV_SetBtnState(context);
-    }
+    LV_SetBtnState(context);
+    TV_SetBtnState(context);
     ReleaseMutex(gApp.buttonMutex);
 }

@@ -26,7 +26,7 @@
 
 namespace {
 
-constexpr char kFunction[] = "LV_OnBeginDrag";
+constexpr char kFuncName[] = "LV_OnBeginDrag";
 constexpr UINT kTick = 50;          // milliseconds
 constexpr int kScrollMargin = 14;   // pixels at 96 dpi
 constexpr int kTicksPerScroll = 2;  // a line every so many ticks
@@ -267,7 +267,7 @@ bool FollowMouse(HWND window, TreeDrag& drag) {
 void DropCarried(Carried& carried) {
     const TVobject* node = TreeHitTest(PointerPlace(), kHitRow).node;
     const DropEffect effect = DropEffectFor(carried.load, PlaceOf(node));
-    DbgVsprintf(kFunction, "Dropped on %s: %d", node != nullptr ? node->pszName.c_str() : "nothing",
+    DbgVsprintf(kFuncName, "Dropped on %s: %d", node != nullptr ? node->pszName.c_str() : "nothing",
                 static_cast<int>(effect));
     const bool sameList = ListedFolder() == carried.folder && SelectedCount() > 0;
     if (sameList) DropOnNode(node, effect, std::move(carried.localFiles));
@@ -281,7 +281,7 @@ void EndListsDrag() {
 }  // namespace
 
 void LV_OnBeginDrag(int item) {
-    DbgVsprintf(kFunction, "Entered");
+    DbgVsprintf(kFuncName, "Entered");
     if (CommandsRefused() || EntryAt(item) == nullptr) return;
     PostMessageW(gApp.mainWindow, kBeginDragMessage, static_cast<WPARAM>(item), 0);
 }

@@ -362,13 +362,13 @@ void SelectOnly(int index) {
 }
 
 void LV_ChangeView(UiStyle style, std::uint32_t columns) {
-    constexpr char kFunction[] = "LV_ChangeView";
+    constexpr char kFuncName[] = "LV_ChangeView";
     static constexpr std::array<const char*, 4> kAlready = {"ERROR. Already Large Icons", "ERROR. Already Details",
                                                             "ERROR. Already Small Icons", "ERROR. Already List"};
-    DbgVsprintf(kFunction, "Entered");
+    DbgVsprintf(kFuncName, "Entered");
     const bool details = style == UiStyle::Details;
     if (style == gZarn.uiStyle && (!details || columns == gZarn.COLUMNS)) {
-        DbgVsprintf(kFunction, "%s", kAlready[static_cast<std::size_t>(style)]);
+        DbgVsprintf(kFuncName, "%s", kAlready[static_cast<std::size_t>(style)]);
         return;
     }
     const RedrawPause pause(gList);

@@ -140,13 +140,13 @@ void SetTreeHandlers(const TreeHandlers& handlers) {
 }
 
 bool CreateTreePane(HWND parent) {
-    constexpr char kFunction[] = "CreateTreePane";
+    constexpr char kFuncName[] = "CreateTreePane";
     const DWORD style = WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS | WS_TABSTOP | TVS_HASBUTTONS | TVS_HASLINES |
                         TVS_LINESATROOT | TVS_EDITLABELS | TVS_SHOWSELALWAYS;
     gTree = CreateWindowExW(WS_EX_CLIENTEDGE, WC_TREEVIEWW, L"", style, 0, 0, 0, 0, parent,
                             reinterpret_cast<HMENU>(static_cast<INT_PTR>(IDC_TREE_PANE)), gApp.instance, nullptr);
     if (gTree == nullptr) {
-        DbgVsprintf(kFunction, "CreateWindow of TreeView failed!");
+        DbgVsprintf(kFuncName, "CreateWindow of TreeView failed!");
         return false;
     }
     TreeView_SetUnicodeFormat(gTree, TRUE);
@@ -154,7 +154,7 @@ bool CreateTreePane(HWND parent) {
     gControlProc =
         reinterpret_cast<WNDPROC>(SetWindowLongPtrW(gTree, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(TreeProc)));
     if (!InitTreeViewImageLists(gApp.dpi)) {
-        DbgVsprintf(kFunction, "InitTreeViewImageLists failed!");
+        DbgVsprintf(kFuncName, "InitTreeViewImageLists failed!");
         DestroyWindow(gTree);
         gTree = nullptr;
         return false;
@@ -231,10 +231,10 @@ TVobject* TV_AddSite(SitePtr site, HTREEITEM position) {
 }
 
 TVobject* TV_AddItem(TVobject* parent, std::string_view name, std::uint32_t kind, bool checkDuplicate) {
-    constexpr char kFunction[] = "TV_AddItem";
+    constexpr char kFuncName[] = "TV_AddItem";
     if (parent == nullptr) return nullptr;
     if (checkDuplicate && TV_FindChild(parent, name) != nullptr) {
-        DbgVsprintf(kFunction, "ERROR: Item Already exists in Tree. Returning FALSE");
+        DbgVsprintf(kFuncName, "ERROR: Item Already exists in Tree. Returning FALSE");
         return nullptr;
     }
     TVobject* child = AddChildNode(parent, name, kind);

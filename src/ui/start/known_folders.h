@@ -6,5 +6,5 @@
 
 // The user's folder for downloads; their documents or their profile where the system knows none. Empty without any.
 std::string DownloadsFolder();
-// Leaves the folder that the program was started in for the user's downloads, when nobody would want files there.
+// Leaves the folder that the program was started in for the user's downloads, unless files belong there.
 void EnterStartFolder(const std::string& programPath);

@@ -37,7 +37,7 @@
 
 namespace {
 
-constexpr char kFunction[] = "WinMain";
+constexpr char kFuncName[] = "WinMain";
 constexpr std::size_t kShortNameLength = 20;
 constexpr std::size_t kLongNameLength = 40;
 
@@ -49,7 +49,7 @@ bool StartNetwork(std::string& library) {
     const int error = platform::StartSockets(library);
     if (error == 0) return true;
     const OwnedText text = GetWsaErrorText(error);
-    DbgVsprintf(kFunction, "(%s) call to WSAStartup() Failed.\n\tErr:%d:%s", kFunction, error, text.c_str());
+    DbgVsprintf(kFuncName, "(%s) call to WSAStartup() Failed.\n\tErr:%d:%s", kFuncName, error, text.c_str());
     std::string caption = CatalogueText(MSG_LONG_PRODUCT_NAME);
     if (caption.empty()) caption = "ZARN - WSAStartup";
     ShowMessageBox(text.c_str(), caption.c_str(), BoxButtons::Ok, BoxIcon::Stop);
@@ -134,7 +134,7 @@ int RunProgram(const std::string& commandLine, int show) {
     gApp.commandLineFiles = files.names;
     gApp.commandLineFileCount = files.count;
     // A machine whose name does not resolve still starts: the first control connection supplies the address.
-    if (!GetLocalInfo(library.c_str())) DbgVsprintf(kFunction, "Call to GetLocalInfo() Ffailed. Returing FALSE");
+    if (!GetLocalInfo(library.c_str())) DbgVsprintf(kFuncName, "Call to GetLocalInfo() Ffailed. Returing FALSE");
     int exitCode = 0;
     if (CreateWindows()) {
         ShowTheWindow(show);
@@ -163,7 +163,7 @@ int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, PWSTR commandLine, int show) 
     OpenLogMutex();
     gApp.buttonMutex = CreateMutexW(nullptr, FALSE, L"BtnStateMutex");
     const int exitCode = RunProgram(Narrow(commandLine), show);
-    DbgVsprintf(kFunction, "After Message Loop. Doing Cleanup");
+    DbgVsprintf(kFuncName, "After Message Loop. Doing Cleanup");
     CloseHandle(gApp.buttonMutex);
     CloseLogMutex();
     CloseLogfile();
