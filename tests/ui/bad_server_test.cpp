@@ -1,4 +1,5 @@
 // Servers that do not behave: each ends in a clear message, and the program can be used afterwards.
+#include "resources/resource.h"
 #include "ui/ui_fixture.h"
 
 #include "config/defaults_store.h"
@@ -120,7 +121,7 @@ TEST_F(BadServerTest, EscapeStopsAConnectionThatHangs) {
     program_->PressKey(program_->Tree(), VK_ESCAPE);
     EXPECT_TRUE(ConsoleHas(L"Aborting Remote thread"));
     EXPECT_TRUE(ConsoleHas(L"Remote Connect Aborted"));
-    program_->WaitFor([this] { return program_->Dialog() != nullptr || program_->ToolbarEnabled(40021); });
+    program_->WaitFor([this] { return program_->Dialog() != nullptr || program_->ToolbarEnabled(IDM_CONNECT); });
     if (HWND dialog = program_->Dialog()) Program::PressButton(dialog, IDOK);
     ExpectUsableAfterwards();
 }

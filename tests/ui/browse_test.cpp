@@ -1,4 +1,5 @@
 // Walking through a server's folders in the tree and the list, by mouse and by keys.
+#include "resources/resource.h"
 #include "ui/ui_fixture.h"
 
 namespace {
@@ -77,7 +78,7 @@ TEST_F(BrowseTest, RefreshShowsWhatIsNewOnTheServer) {
     StartConnected();
     ASSERT_TRUE(WaitListed(L"old.txt"));
     server_->AddFile("/new.txt", "x");
-    program_->Command(40086);
+    program_->Command(IDM_TV_REFRESH);
     EXPECT_TRUE(WaitListed(L"new.txt"));
 }
 
@@ -99,7 +100,8 @@ TEST_F(BrowseTest, AnOperationAfterAPauseFirstSendsNoopAndALostServerIsToldAndDi
     server_->On("CWD", {CloseControl()});
     ASSERT_NE(EnterFolder(L"pub"), nullptr);
     EXPECT_TRUE(AnswerDialog(L"", L"aborted your connection", IDOK));
-    EXPECT_TRUE(program_->WaitFor([this] { return program_->ToolbarEnabled(40021) || program_->Dialog() != nullptr; }));
+    EXPECT_TRUE(
+        program_->WaitFor([this] { return program_->ToolbarEnabled(IDM_CONNECT) || program_->Dialog() != nullptr; }));
 }
 
 }  // namespace

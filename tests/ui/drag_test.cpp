@@ -2,13 +2,11 @@
 // links on demand.
 #include <shlobj.h>
 
+#include "resources/resource.h"
 #include "ui/ui_fixture.h"
 
 namespace {
 
-constexpr unsigned kResolve = 40045;
-constexpr unsigned kPaste = 40040;
-constexpr unsigned kLargeIcons = 40031;
 constexpr int kDragSteps = 6;
 constexpr int kLocalFolderPart = 5;
 
@@ -151,7 +149,7 @@ TEST_F(DragTest, AllSelectedEntriesAreCarried) {
     CreateDirectoryW(L"C:\\all", nullptr);
     StartConnected();
     ASSERT_TRUE(WaitListed(L"c.txt"));
-    program_->Command(kLargeIcons);
+    program_->Command(IDM_VIEW_LARGE_ICONS);
     program_->ExpandInTree(LocalComputer());
     HTREEITEM drive = nullptr;
     ASSERT_TRUE(program_->WaitFor([&] { return (drive = program_->FindInTree(LocalComputer(), L"C:\\")) != nullptr; }));
@@ -290,7 +288,7 @@ TEST_F(LinkTest, ALinkToAFolderIsFollowedOnDemandAndOpens) {
     ASSERT_TRUE(WaitListed(L"lib -> usr/lib"));
     program_->FocusPane(program_->List());
     program_->SelectInList(program_->FindInList(L"lib -> usr/lib"));
-    program_->Command(kResolve);
+    program_->Command(IDM_LV_RESOLVE);
     EXPECT_TRUE(program_->WaitFor([this] { return program_->FindInList(L"lib") >= 0; }));
     ASSERT_TRUE(program_->WaitIdle());
     EXPECT_EQ(program_->ListSelected(), 1);
@@ -415,7 +413,7 @@ TEST_F(DropTest, FilesOnTheClipboardArePasted) {
     StartConnected();
     ASSERT_TRUE(WaitListed(L"there.txt"));
     ASSERT_TRUE(PutOnClipboard({Local("one.txt")}));
-    program_->Command(kPaste);
+    program_->Command(IDM_LV_PASTE);
     EXPECT_TRUE(program_->WaitFor([this] { return server_->FileBytes("/one.txt") == "1"; }));
     ASSERT_TRUE(program_->WaitIdle());
     EXPECT_GE(program_->FindInList(L"one.txt"), 0);

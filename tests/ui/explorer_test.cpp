@@ -1,12 +1,11 @@
 // What the explorer does beyond browsing: an entry's refresh after a rename, remembered directories, the keyboard's way
 // to everything, names for screen readers, the folder that it begins in.
 #include "config/initial_dirs.h"
+#include "resources/resource.h"
 #include "ui/ui_fixture.h"
 
 namespace {
 
-constexpr unsigned kShowConsole = 40066;
-constexpr unsigned kDetailsWindows = 40058;
 constexpr int kLocalFolderPart = 5;
 
 class ExplorerTest : public UiTest {};
@@ -20,7 +19,7 @@ TEST_F(ExplorerTest, ARenamedEntryIsRefreshedFromTheServer) {
     StartConnected();
     ASSERT_TRUE(WaitListed(L"old.txt"));
     server_->SetListing("/", line("  5000000", "new.txt"));
-    program_->Command(kDetailsWindows);
+    program_->Command(IDM_DETAILS_WINDOWS);
     program_->FocusPane(program_->List());
     program_->SelectInList(0);
     program_->PressKey(program_->List(), VK_F2);
@@ -59,7 +58,7 @@ TEST_F(ExplorerTest, F6GoesFromPaneToPaneAndToTheConsole) {
     settings_.VERBOSE = 1;
     StartProgram();
     ASSERT_TRUE(program_->WaitIdle());
-    if (program_->Console() == nullptr) program_->Command(kShowConsole);
+    if (program_->Console() == nullptr) program_->Command(IDM_SHOWCONSOLE);
     ASSERT_TRUE(program_->WaitFor([this] { return program_->Console() != nullptr; }));
     program_->FocusPane(program_->Tree());
     for (HWND next : {program_->List(), program_->Console(), program_->Tree()}) {

@@ -1,4 +1,5 @@
 // Receiving files: what lands where, what is asked, and that nothing is lost.
+#include "resources/resource.h"
 #include "ui/ui_fixture.h"
 
 #include "platform/files.h"
@@ -48,7 +49,7 @@ TEST_F(ReceiveTest, YesToAllReplacesTheFollowingOnesWithoutAsking) {
     }
     StartConnected();
     ASSERT_TRUE(WaitListed(L"c.txt"));
-    program_->Command(40060);
+    program_->Command(IDM_SELECTALL);
     ASSERT_TRUE(program_->WaitFor([this] { return program_->ListSelected() == 3; }));
     ReceiveSelected();
     EXPECT_TRUE(AnswerDialog(L"Confirm File Replace", L"a.txt", kYesToAll));
@@ -77,7 +78,7 @@ TEST_F(ReceiveTest, AFileRefusedWith550IsToldAndTheOthersGoOn) {
     StartConnected();
     ASSERT_TRUE(WaitListed(L"yes.txt"));
     server_->Once("RETR", {Say("550 no.txt: Permission denied\r\n")});
-    program_->Command(40060);
+    program_->Command(IDM_SELECTALL);
     ASSERT_TRUE(program_->WaitFor([this] { return program_->ListSelected() == 2; }));
     ReceiveSelected();
     EXPECT_TRUE(AnswerDialog(L"Zarn Transfer Error", L"Permission denied", IDIGNORE));
@@ -99,7 +100,7 @@ TEST_F(ReceiveTest, HostileNamesStayInsideTheChosenFolder) {
     StartConnected();
     ASSERT_TRUE(WaitListed(L"%n%s"));
     ASSERT_EQ(program_->ListCount(), 6);
-    program_->Command(40060);
+    program_->Command(IDM_SELECTALL);
     ASSERT_TRUE(program_->WaitFor([this] { return program_->ListSelected() == 6; }));
     ReceiveSelected();
     ASSERT_TRUE(program_->WaitFor([this] { return server_->CountCommands("RETR") == 6; }));

@@ -9,11 +9,9 @@
 #include "platform/registry.h"
 #include "platform/sockets.h"
 #include "platform/system.h"
+#include "resources/resource.h"
 
 namespace {
-
-constexpr unsigned kConnect = 40021;
-constexpr unsigned kReceive = 40054;
 
 bool RunsUnderWine() {
     return GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr;
@@ -93,8 +91,8 @@ void UiTest::Restart() {
 }
 
 void UiTest::Connect() {
-    ASSERT_TRUE(program_->WaitFor([this] { return program_->ToolbarEnabled(kConnect); }));
-    program_->Command(kConnect);
+    ASSERT_TRUE(program_->WaitFor([this] { return program_->ToolbarEnabled(IDM_CONNECT); }));
+    program_->Command(IDM_CONNECT);
 }
 
 void UiTest::StartConnected() {
@@ -120,8 +118,8 @@ HTREEITEM UiTest::EnterFolder(const std::wstring& name) {
 
 void UiTest::ReceiveSelected() {
     program_->FocusPane(program_->List());
-    ASSERT_TRUE(program_->WaitFor([this] { return program_->ToolbarEnabled(kReceive); }));
-    program_->Command(kReceive);
+    ASSERT_TRUE(program_->WaitFor([this] { return program_->ToolbarEnabled(IDM_RECEIVE); }));
+    program_->Command(IDM_RECEIVE);
 }
 
 std::wstring UiTest::DialogText(HWND dialog) {

@@ -61,7 +61,6 @@ class UiTest : public testing::Test {
     std::string LocalBytes(const std::string& name) { return folder_->Read(name); }
     std::size_t LocalFileCount() { return folder_->Contents().size(); }
 
-    static constexpr DWORD kBriefly = 300;  // milliseconds in which something forbidden would have shown
     std::string host_ = "127.0.0.1";
     std::uint16_t port_ = 0;  // 0: the scripted server's
     std::string user_ = "user";

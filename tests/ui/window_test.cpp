@@ -1,19 +1,8 @@
 // The window as it stands before and after a connection: panes, titles, toolbar, status bar, commands.
+#include "resources/resource.h"
 #include "ui/ui_fixture.h"
 
 namespace {
-
-constexpr unsigned kConnect = 40021;
-constexpr unsigned kDisconnect = 40026;
-constexpr unsigned kLargeIcons = 40031;
-constexpr unsigned kList = 40033;
-constexpr unsigned kUnixDetails = 40057;
-constexpr unsigned kWindowsDetails = 40058;
-constexpr unsigned kSelectAll = 40060;
-constexpr unsigned kShowConsole = 40066;
-constexpr unsigned kSmallIcons = 40069;
-constexpr unsigned kSortByName = 40074;
-constexpr unsigned kSortBySize = 40076;
 
 class WindowTest : public UiTest {};
 
@@ -49,14 +38,14 @@ TEST_F(WindowTest, ConnectListsTheRootAndTitlesItAndDisconnectTakesAllBack) {
     StartConnected();
     ASSERT_TRUE(WaitListed(L"readme.txt"));
     EXPECT_EQ(program_->Title(), L"Zarn Test::/");
-    EXPECT_FALSE(program_->ToolbarEnabled(kConnect));
-    EXPECT_TRUE(program_->ToolbarEnabled(kDisconnect));
+    EXPECT_FALSE(program_->ToolbarEnabled(IDM_CONNECT));
+    EXPECT_TRUE(program_->ToolbarEnabled(IDM_DISCONNECT));
     EXPECT_TRUE(ConsoleHas(L"220"));
     Picture("window-connected");
-    program_->Command(kDisconnect);
+    program_->Command(IDM_DISCONNECT);
     EXPECT_TRUE(program_->WaitFor([this] { return program_->ListCount() == 0; }));
     EXPECT_TRUE(program_->WaitFor([this] { return program_->Title() == L"Zarn Test"; }));
-    EXPECT_TRUE(program_->WaitFor([this] { return program_->ToolbarEnabled(kConnect); }));
+    EXPECT_TRUE(program_->WaitFor([this] { return program_->ToolbarEnabled(IDM_CONNECT); }));
     EXPECT_TRUE(server_->WaitForConnections(0));
 }
 
@@ -84,11 +73,11 @@ TEST_F(WindowTest, TheFourViewsAndTwoLayoutsShowTheSameEntries) {
     HWND header = reinterpret_cast<HWND>(SendMessageW(program_->List(), LVM_GETHEADER, 0, 0));
     EXPECT_EQ(SendMessageW(header, HDM_GETITEMCOUNT, 0, 0), 4);
     EXPECT_EQ(program_->ListText(program_->FindInList(L"a.txt"), 2), L"4KB");
-    program_->Command(kUnixDetails);
+    program_->Command(IDM_DETAILS_UNIX);
     EXPECT_TRUE(program_->WaitFor([&] { return SendMessageW(header, HDM_GETITEMCOUNT, 0, 0) == 8; }));
     EXPECT_EQ(program_->ListText(program_->FindInList(L"a.txt"), 6), L"4KB");
     Picture("window-unix-details");
-    for (unsigned view : {kLargeIcons, kSmallIcons, kList, kWindowsDetails}) {
+    for (unsigned view : {IDM_VIEW_LARGE_ICONS, IDM_VIEW_SMALL_ICONS, IDM_VIEW_LIST, IDM_DETAILS_WINDOWS}) {
         program_->Command(view);
         EXPECT_TRUE(program_->WaitFor([&] { return !program_->ToolbarEnabled(view); })) << view;
         EXPECT_GE(program_->FindInList(L"b.txt"), 0) << view;
@@ -102,11 +91,11 @@ TEST_F(WindowTest, SortCommandsReorderTheList) {
     server_->AddFile("/middle.txt", std::string(3000, 'x'));
     StartConnected();
     ASSERT_TRUE(WaitListed(L"big.txt"));
-    program_->Command(kSortByName);
+    program_->Command(IDM_SORTBY_NAME);
     EXPECT_TRUE(program_->WaitFor([this] {
         return program_->ListNames() == std::vector<std::wstring>{L"Alpha.txt", L"big.txt", L"middle.txt"};
     }));
-    program_->Command(kSortBySize);
+    program_->Command(IDM_SORTBY_SIZE);
     EXPECT_TRUE(program_->WaitFor([this] {
         return program_->ListNames() == std::vector<std::wstring>{L"big.txt", L"middle.txt", L"Alpha.txt"};
     })) << "larger first with the flag clear, as wanted";
@@ -117,7 +106,7 @@ TEST_F(WindowTest, SelectAllSelectsEveryEntryAndTheStatusBarSumsThemUp) {
     server_->AddFile("/b", "678");
     StartConnected();
     ASSERT_TRUE(WaitListed(L"a"));
-    program_->Command(kSelectAll);
+    program_->Command(IDM_SELECTALL);
     EXPECT_TRUE(program_->WaitFor([this] { return program_->ListSelected() == 2; }));
     EXPECT_TRUE(program_->WaitFor([this] { return program_->StatusPart(6) == L"Selected: 2, 8 bytes"; }))
         << program_->StatusPart(6).size();
@@ -126,9 +115,9 @@ TEST_F(WindowTest, SelectAllSelectsEveryEntryAndTheStatusBarSumsThemUp) {
 TEST_F(WindowTest, ConsoleIsToggledAndStartsEmptyAgain) {
     StartConnected();
     ASSERT_TRUE(ConsoleHas(L"220"));
-    program_->Command(kShowConsole);
+    program_->Command(IDM_SHOWCONSOLE);
     EXPECT_TRUE(program_->WaitFor([this] { return program_->Console() == nullptr; }));
-    program_->Command(kShowConsole);
+    program_->Command(IDM_SHOWCONSOLE);
     EXPECT_TRUE(program_->WaitFor([this] { return program_->Console() != nullptr; }));
     EXPECT_EQ(program_->ConsoleText(), L"");
 }

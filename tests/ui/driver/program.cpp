@@ -239,7 +239,7 @@ bool Program::WaitIdle(DWORD milliseconds) const {
         [this] {
             DWORD_PTR result = 0;
             if (!SendMessageTimeoutW(main_, WM_NULL, 0, 0, SMTO_ABORTIFHUNG, 2000, &result)) return false;
-            return ToolbarEnabled(40031) || ToolbarEnabled(40033);
+            return ToolbarEnabled(IDM_VIEW_LARGE_ICONS) || ToolbarEnabled(IDM_VIEW_LIST);
         },
         milliseconds);
 }

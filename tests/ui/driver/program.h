@@ -10,6 +10,8 @@
 #include <string>
 #include <vector>
 
+#include "resources/resource.h"
+
 class Program {
   public:
     Program() = default;
@@ -28,9 +30,9 @@ class Program {
 
     HWND Main() const { return main_; }
     HWND Child(int id) const;
-    HWND Tree() const { return Child(606); }
-    HWND List() const { return Child(607); }
-    HWND Console() const { return Child(605); }
+    HWND Tree() const { return Child(IDC_TREE_PANE); }
+    HWND List() const { return Child(IDC_LIST_PANE); }
+    HWND Console() const { return Child(IDC_CONSOLE); }
     HWND StatusBar() const;
     HWND Toolbar() const;
 
