@@ -27,11 +27,11 @@ namespace {
 enum Part { kPartMessage, kPartLinks, kPartBell, kPartUnique, kPartType, kPartLocalDir, kPartSelection };
 constexpr int kSimplePart = 255;
 
-std::string gStatusText;  // a message that covers the state while it is not empty
+std::string gStatusText;  // shown in place of the state unless it is empty
 
 void SetPart(int part, const std::string& text) {
     const std::wstring wide = Wide(text);
-    // An unchanged part is left alone, so that the bar does not flicker.
+    // Setting an unchanged part again would make the bar flicker.
     const auto length = LOWORD(SendMessageW(gApp.statusBar, SB_GETTEXTLENGTHW, static_cast<WPARAM>(part), 0));
     std::wstring current(length, L'\0');
     SendMessageW(gApp.statusBar, SB_GETTEXTW, static_cast<WPARAM>(part), reinterpret_cast<LPARAM>(current.data()));
@@ -57,7 +57,7 @@ std::string TransferTypeText(char mode) {
     }
 }
 
-// What the first part reads while no message covers it.
+// The first part's text while there is no message.
 std::string ConnectionText() {
     const Site* site = SelectedSite();
     if (site == nullptr || site->bConnected == 0) return CatalogueText(MSG_STATUS_NOT_CONNECTED);
@@ -85,7 +85,7 @@ void TraceBusyFlags() {
     }
 }
 
-// ASCII, then binary, then local byte size 8, then ASCII again.
+// The order of clicks: ASCII, binary, local byte size 8, ASCII again.
 char NextTransferType(char mode) {
     return mode == 'A' ? 'I' : mode == 'I' ? 'L' : 'A';
 }

@@ -5,13 +5,14 @@
 namespace {
 
 struct PartWidth {
-    int wanted;    // pixels at 96 dpi; of the message: what it is left before others give way
-    int smallest;  // what the part keeps in any case
+    int preferred;  // pixels at 96 dpi; of the message: its width before other parts shrink
+    int smallest;   // the part never becomes narrower
 };
 // Message, links, bell, unique names, transfer type, local folder, selection.
 constexpr std::array<PartWidth, kStatusParts> kWidths = {
     {{160, 100}, {66, 66}, {56, 56}, {76, 76}, {62, 62}, {210, 90}, {218, 130}}};
-constexpr std::array<std::size_t, 3> kGiveWay = {5, 6, 0};
+// In a window too narrow for all: the local folder, then the selection, then the message.
+constexpr std::array<std::size_t, 3> kShrinkOrder = {5, 6, 0};
 constexpr int kUsualDpi = 96;
 
 }  // namespace
@@ -21,13 +22,13 @@ std::array<int, kStatusParts> StatusPartEdges(int width, int dpi) {
     std::array<int, kStatusParts> widths{};
     int missing = -width;
     for (std::size_t part = 0; part < kWidths.size(); ++part) {
-        widths[part] = scaled(kWidths[part].wanted);
+        widths[part] = scaled(kWidths[part].preferred);
         missing += widths[part];
     }
-    for (const std::size_t part : kGiveWay) {
-        const int given = std::clamp(widths[part] - scaled(kWidths[part].smallest), 0, std::max(missing, 0));
-        widths[part] -= given;
-        missing -= given;
+    for (const std::size_t part : kShrinkOrder) {
+        const int taken = std::clamp(widths[part] - scaled(kWidths[part].smallest), 0, std::max(missing, 0));
+        widths[part] -= taken;
+        missing -= taken;
     }
     widths[0] += std::max(-missing, 0);
     std::array<int, kStatusParts> edges{};

@@ -11,7 +11,7 @@ Site* SelectedSite() {
     const TVobject* node = SelectedNode();
     if (node == nullptr || node->wObjType == kKindAddSite || node->wObjType == kKindLocalComputer) return nullptr;
     Site* site = TV_GetFtpSite(node);
-    // The local computer is a site to the listing only.
+    // The local computer uses a Site record but is not a site.
     return site == nullptr || site->dwCurType == HOST_TYPE_LOCAL ? nullptr : site;
 }
 

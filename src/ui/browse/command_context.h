@@ -7,5 +7,5 @@
 CommandContext CurrentCommandContext();
 // The site that commands act on: the selected tree node's, or null.
 Site* SelectedSite();
-// True while a remote operation runs or the program goes down: menus, clicks and drags are refused then.
+// True while a remote operation runs or the program exits: menus, clicks and drags are refused then.
 bool CommandsRefused();

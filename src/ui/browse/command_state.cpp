@@ -20,7 +20,7 @@ FileMenuState ForTree(const CommandContext& context) {
     return state;
 }
 
-// Several selected entries grey Transfer and Delete in the menu; wanted (the toolbar and the keys act on them all).
+// Quirk: with several entries selected the menu greys Transfer and Delete, though toolbar and keys act on all, kept.
 FileMenuState ForList(const CommandContext& context) {
     FileMenuState state;
     if (context.selected == 0) return state;

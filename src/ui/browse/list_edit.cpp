@@ -37,14 +37,14 @@ namespace {
 constexpr char kFuncName[] = "LV_HandleEndLabelEdit";
 constexpr int kLongestLabel = 260;
 
-// The entry of a folder that is being named and does not exist yet.
+// The entry of a new folder while the user types its name; there is no such folder yet.
 const LVobject* gNewFolder = nullptr;
 
 bool CanBeRenamed(const LVobject& entry) {
     return entry.type != kKindSiteRoot && entry.type != kKindLocalRoot && entry.type != kKindLocalComputer;
 }
 
-// What the server calls an item of a folder: its name alone while the session stands there.
+// How to name an item to the server: by its name alone in the session's current directory, else by its path.
 std::string RemoteName(const TVobject* folder, const Site* site, std::string_view name) {
     if (TV_GetPath(folder).view() == site->pszCurrentDir.view()) return std::string(name);
     return ItemPath(folder, name);
@@ -62,7 +62,7 @@ void SelectAfterDeletion(int index) {
     RefreshWindowState();
 }
 
-// A folder that was not named, or not made, leaves the list again.
+// Removes the entry of a folder that was not named or could not be made.
 void DropNewFolder(const LVobject* entry) {
     const int index = IndexOfEntry(entry);
     if (index < 0) return;
@@ -70,7 +70,7 @@ void DropNewFolder(const LVobject* entry) {
     SelectAfterDeletion(index);
 }
 
-// The entry after a rename or the making of a folder, shown anew. The other fields are what they were.
+// Shows the entry under its new name after a rename, or after the folder was made.
 void TakeNewName(LVobject* entry, const std::string& name) {
     const int index = IndexOfEntry(entry);
     if (index < 0) return;
@@ -163,7 +163,7 @@ bool IsConfirmed(const LVobject& entry) {
     return ShowMessageBox(question.c_str(), nullptr, BoxButtons::YesNo, BoxIcon::Question) == BoxAnswer::Yes;
 }
 
-// Into the recycle bin where there is one. The system asks and reports itself.
+// Moves the item to the recycle bin where there is one.
 bool DeleteLocally(const std::string& path) {
     std::wstring from = Wide(path);
     from.push_back(L'\0');  // the list of names ends with two

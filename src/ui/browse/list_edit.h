@@ -8,11 +8,11 @@
 
 // True when the entry's name may be edited. Prepares the edit field (limit, a link's own name).
 bool LV_BeginLabelEdit(int index);
-// Null: cancelled. Renames the entry, or makes the folder that still bears the placeholder's name.
+// Null: cancelled. Renames the entry, or makes the new folder under the name that was typed.
 void LV_HandleEndLabelEdit(int index, const wchar_t* newText);
 
 // Starts the naming of a new folder below `folder`: in the list when it shows that folder, else in the tree.
 void newfolder_fx(TVobject* folder);
-// Deletes the selected entries one by one, on the worker; a failure stops. False when nothing was selected or it could
-// not start. Asks first where the settings say so.
+// Deletes the selected entries one by one on the worker and stops at the first failure. Asks before each where the
+// settings say so. False when nothing was selected or the worker is busy.
 bool delete_fx();

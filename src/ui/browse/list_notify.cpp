@@ -111,7 +111,7 @@ bool StartsWithNoCase(std::string_view name, std::string_view start) {
     return name.size() >= start.size() && EqualsIgnoringCase(name.substr(0, start.size()), start);
 }
 
-// The next entry whose name begins with what was typed, from a place on and round the end; -1: none.
+// Finds the next entry whose name begins with the typed text, starting at a place and wrapping round; -1: none.
 int FindTyped(const NMLVFINDITEMW& find) {
     if ((find.lvfi.flags & (LVFI_STRING | LVFI_PARTIAL)) == 0 || find.lvfi.psz == nullptr) return -1;
     const std::string typed = Narrow(find.lvfi.psz);
@@ -128,7 +128,7 @@ int FindTyped(const NMLVFINDITEMW& find) {
     return -1;
 }
 
-// The control sets the new width only after it has said that the user chose one.
+// Posted, because the control sets the new width only after this notification.
 bool OnHeader(const NMHEADERW& notice) {
     if (notice.hdr.code == HDN_ENDTRACKW || notice.hdr.code == HDN_DIVIDERDBLCLICKW) {
         PostMessageW(gApp.mainWindow, kColumnResizedMessage, static_cast<WPARAM>(notice.iItem), 0);

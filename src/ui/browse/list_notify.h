@@ -1,5 +1,5 @@
-// What the list control tells its parent: texts to show, keys, clicks, label edits, selections. Not here: the begin of
-// a drag, which the main window hands to drag/.
+// The list control's notifications: texts to show, keys, clicks, label edits, selections. A drag that begins in the
+// list is drag/drag_drop.h.
 #pragma once
 
 #include <windows.h>

@@ -38,7 +38,7 @@ void CountTarget(TVobject* folder, const LVobject& entry) {
     folder->bytes += entry.size;
 }
 
-// A link to a folder can be opened like one: it gets a node.
+// A link to a folder opens like a folder, so it needs a node.
 void AddFolderNode(TVobject* folder, LVobject* entry) {
     if (entry->type != kKindFolder) return;
     const std::string_view name = entry->name.view();
@@ -74,7 +74,7 @@ void TellUnresolved(Site* site, const std::string& name, int result) {
 
 void ResolveOnServer(Site* site, TVobject* folder, LVobject* entry) {
     if (!gSession.exiting) SetTransferAbort(false);
-    // Targets are looked for from where the session stands.
+    // Relative targets are resolved from the session's current directory.
     if (!ServerReadyForCmd(site, true) || !TV_PreSelect(folder)) {
         DbgVsprintf(kFuncName, "ERROR. Server NOT Ready. Returning.");
         return;
@@ -89,7 +89,7 @@ void ResolveOnServer(Site* site, TVobject* folder, LVobject* entry) {
     RunOnUi([&] { ShowTarget(folder, entry, *item); });
 }
 
-// On the window's thread, as long as the list holds the entry.
+// On the window's thread; does nothing when the list no longer has the entry.
 void TakeProperties(LVobject* entry, FtpProp& prop) {
     const int index = IndexOfEntry(entry);
     if (index < 0) return;

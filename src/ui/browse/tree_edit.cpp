@@ -62,7 +62,7 @@ void RenameRemoteFolder(TVobject* node, const std::string& newName) {
     const std::string newPath = PathIn(node->pTVparent, newName);
     StartWorker(kFuncName, [=] {
         if (!ServerReadyForCmd(site, true) || !RenameRemoteItem(site, oldPath.c_str(), newPath.c_str())) return;
-        // The session stands in the folder that was renamed, or below it.
+        // The session's current directory may be the renamed folder or one below it.
         const std::string current = site->pszCurrentDir.c_str();
         if (current == oldPath || current.rfind(oldPath + NodeSeparator(node), 0) == 0) {
             site->pszCurrentDir = OwnedText::Copy(newPath + current.substr(oldPath.size()));
@@ -75,7 +75,7 @@ void RenameLocalFolder(TVobject* node, const std::string& newName) {
     const std::string oldPath = LocalNodePath(node);
     const std::string newPath = PathIn(node->pTVparent, newName);
     StartWorker(kFuncName, [=] {
-        // A folder that is anybody's current one cannot be moved: the process steps out of it.
+        // The current folder of a process cannot be moved, so leave it first.
         platform::SetCurrentFolder(LocalNodePath(node->pTVparent).c_str());
         const bool moved = platform::MoveFilePath(oldPath.c_str(), newPath.c_str(), false);
         const std::uint32_t error = platform::LastSystemError();
@@ -117,7 +117,7 @@ bool TV_BeginLabelEdit(TVobject* node) {
         return false;
     }
     if (OperationRunning()) return false;
-    // The control may have selected the item for the edit: a folder that is being named cannot be listed.
+    // The control may have selected the item to edit it; a folder without a name yet cannot be listed.
     if (node == gNewFolder) CancelSelectionTimer();
     HWND edit = TreeView_GetEditControl(TreeWindow());
     if (edit != nullptr) SendMessageW(edit, EM_LIMITTEXT, kLongestLabel, 0);

@@ -56,7 +56,7 @@ void SetBold(HTREEITEM item, bool bold) {
     SendMessageW(TreeWindow(), TVM_SETITEMW, 0, reinterpret_cast<LPARAM>(&change));
 }
 
-// True refuses the opening.
+// True keeps the node closed.
 bool OnExpanding(const NMTREEVIEWW& notice) {
     TVobject* node = NodeOf(notice.itemNew);
     if (node == nullptr || (notice.action & TVE_EXPAND) == 0) return false;
@@ -107,7 +107,7 @@ bool TV_HandleKey(WORD key) {
             return true;
         case VK_RIGHT:
         case VK_ADD: {
-            // A folder that was never listed has no button: the keys that open one list it.
+            // A folder that was never listed has no button; these keys list it instead.
             TVobject* node = SelectedNode();
             const bool remote = node != nullptr && IsRemoteFolderKind(node->wObjType);
             if (!remote || node->listed || !node->children.empty()) return false;
@@ -151,7 +151,7 @@ bool TV_NotifyHandler(NMHDR* header, LRESULT& result) {
     result = 0;
     switch (header->code) {
         case TVN_GETDISPINFOW:
-            // Not counted as handled: nothing else has to be refreshed for it.
+            // Not reported as handled, because showing a node changes nothing else.
             TV_GetDispInfo(reinterpret_cast<NMTVDISPINFOW*>(header)->item);
             return false;
         case TVN_SELCHANGINGW:

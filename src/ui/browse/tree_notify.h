@@ -1,4 +1,4 @@
-// What the tree control tells its parent: texts and images to show, selections, openings, keys, clicks, label edits.
+// The tree control's notifications: texts and images to show, selections, expanding, keys, clicks, label edits.
 // What a selection does is tree_selection.h, changing nodes tree_edit.h.
 #pragma once
 
@@ -8,7 +8,8 @@
 
 #include "listing/tree_node.h"
 
-// Before the pane is created: the keys and deletions that it leaves to others are dealt with from here on.
+// Takes over what the tree pane leaves to others: some keys, and what to forget when nodes are deleted. Call it before
+// the pane is created.
 void InstallTreeHandlers();
 // WM_NOTIFY of the tree; true when handled, with the answer in `result`.
 bool TV_NotifyHandler(NMHDR* header, LRESULT& result);

@@ -26,7 +26,7 @@
 namespace {
 
 constexpr char kFuncName[] = "TV_HandleRealSelChange";
-constexpr UINT kBusyDelay = 50;  // milliseconds until a selection made during an operation is looked at again
+constexpr UINT kBusyDelay = 50;  // milliseconds; a selection made during an operation is checked again this often
 
 TVobject* gCurrent = nullptr;     // the node last handled
 TVobject* gPending = nullptr;     // the node that the selection is moving to
@@ -55,7 +55,7 @@ void ForgetNodesBelow(const TVobject* node) {
     }
 }
 
-// The nodes above it open, so that the node's item stands in the control.
+// Opens the nodes above it, so that the control has an item for the node.
 void OpenAncestors(TVobject* node) {
     if (node->pTVparent == nullptr) return;
     OpenAncestors(node->pTVparent);
@@ -83,7 +83,7 @@ bool ChangeRemoteFolder(TVobject* node, Site* site) {
     const int result = LV_ChangeDir(node);
     if (result == FTP_COMPLETE) return true;
     DbgVsprintf(kFuncName, "Call to LV_ChangeDir(%x:%s) Failed", TraceAddress(node), node->pszName.c_str());
-    // A broken data connection gives a socket error, too, and leaves the session as it was.
+    // A broken data connection is a socket error as well, but the session survives it.
     const bool lost = result == FTP_CLOSE || (result == SOCKET_ERROR && !HasControlSocket(site));
     if (lost && gSessionView.postDisconnect != nullptr) gSessionView.postDisconnect(site);
     return false;
@@ -105,13 +105,13 @@ void FinishChange(TVobject* node, bool changed) {
         DbgVsprintf(kFuncName, "Connection was lost. NOT calling TreeView_SelectItem()");
         return;
     }
-    // A selection that moved on in the meantime is dealt with by its own timer.
+    // If the user has selected another node meanwhile, that selection has a timer of its own.
     if (gCurrent != nullptr && SelectedNode() == node) SelectWithoutListing(gCurrent);
     SetFocus(TreeWindow());
     RefreshWindowState();
 }
 
-// A selection made during an operation waits for its end.
+// During an operation the selection has to wait.
 void LookAgainLater() {
     if (!gWaitsForOperation) DbgVsprintf(kFuncName, "fChangingFolder is TRUE. Returning NULL");
     gWaitsForOperation = true;
@@ -288,7 +288,7 @@ void ShowFirstDirectory(Site* site, const char* directory) {
     TVobject* node = Tv_AddInitDir(siteNode, directory);
     if (node == nullptr) return;
     AddRememberedDirectories(siteNode);
-    // Whatever was shown before the connection is not the server's present state.
+    // What was listed before this connection is out of date.
     if (gCurrent == node) gCurrent = nullptr;
     ExpandNode(siteNode);
     SelectNode(node);

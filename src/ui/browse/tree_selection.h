@@ -1,5 +1,5 @@
-// What happens after the selection of the tree moved: a short wait (750 ms by keyboard, 1 ms by mouse), then the change
-// of folder on the worker, and the way back when it failed. Double click and Enter too.
+// What selecting a node does: after a short delay the worker changes to its folder and lists it; on failure the
+// previous node is selected again. Also double click, Enter, and selections made by the program.
 #pragma once
 
 #include <windows.h>
@@ -15,16 +15,17 @@ inline constexpr UINT kMouseDelay = 1;
 bool TV_OnSelChanging(TVobject* newNode);
 void TV_OnSelChanged(TVobject* newNode, bool byMouse);
 void CancelSelectionTimer();
-// The timer fired.
+// kSelectionTimer fired: acts on the selected node.
 void TV_HandleRealSelChange();
+// Double click or Enter on a node: connects a site, opens or refreshes a folder.
 void TV_HandleDblClick(TVobject* node);
 // Re-lists the selected folder on the worker.
 void RefreshSelectedFolder();
-// Starts listing a node's folder on the worker (remote or local).
+// Starts listing a node's folder on the worker (remote or local). False when it could not start.
 bool StartChangeDir(TVobject* node);
-// A connect ended well: adds the first directory below the site's node and selects it, which lists it.
+// After a successful log-in: adds the first directory below the site's node and selects it, which lists it.
 void ShowFirstDirectory(Site* site, const char* directory);
-// Directories in which the user began sessions stand below their site's root, however deep.
+// Adds the directories that earlier sessions began in below the site's node, however deep they are.
 void AddRememberedDirectories(TVobject* siteNode);
 // A site was disconnected: empties the list, resets the site's node and selects it.
 void ShowDisconnected(Site* site);

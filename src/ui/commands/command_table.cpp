@@ -64,11 +64,13 @@ void OnConnect(HWND, UINT) {
     Zarn_SetMainWindowText();
 }
 
+// Quirk: Copy only shows this box, kept.
 void OnCopy(HWND, UINT) {
     ShowMessageBox("Got a IDM_COPY Message", nullptr, BoxButtons::Ok, BoxIcon::None);
 }
 
-// A worker that is still at it (the one that met the lost connection) ends before its sockets go.
+// How long a worker that is still running, such as the one that noticed the lost connection, gets to end before its
+// sockets are closed.
 constexpr std::uint32_t kWorkerEnd = 5000;  // milliseconds
 
 void OnDisconnect(HWND, UINT) {
@@ -121,7 +123,7 @@ void OnParentFolder(HWND, UINT) {
     if (node != nullptr && node->pTVparent != nullptr) SelectNode(node->pTVparent);
 }
 
-// Deletes what the focused pane has selected: entries on the server or the disk, or a site that is not connected.
+// Deletes the focused pane's selection: entries on the server or the disk, or a site that is not connected.
 void OnDelete(HWND, UINT) {
     const CommandContext context = CurrentCommandContext();
     if (context.focus == CommandContext::Focus::List) {
@@ -195,9 +197,9 @@ void OnShowConsole(HWND window, UINT) {
 struct SortCommand {
     UINT id;
     int column;
-    int columnInWindowsLayout;  // where the two layouts' commands differ
+    int columnInWindowsLayout;
 };
-// In the Windows layout "by Umask" sorts by size, "by Links" by time, and owner and group change nothing, as wanted.
+// Quirk: in the Windows layout "by Umask" sorts by size, "by Links" by time, owner and group not at all, kept.
 constexpr std::array<SortCommand, 8> kSortCommands = {{
     {IDM_SORTBY_NAME, 0, 0},
     {IDM_SORTBY_TYPE, 1, 1},
@@ -286,7 +288,7 @@ const Command* FindCommand(UINT id) {
     return nullptr;
 }
 
-// What a running operation does not keep from being done.
+// Commands that are carried out while an operation runs.
 bool MayRunMeanwhile(UINT id) {
     switch (id) {
         case IDM_ABORT:
@@ -309,7 +311,7 @@ bool MayRunMeanwhile(UINT id) {
 }  // namespace
 
 bool CommandIsAvailable(unsigned id) {
-    // Three are no business of the dispatcher: the tree's own menu does them with the clicked node.
+    // The tree's context menu handles these three itself, because they act on the clicked node.
     const bool ofTreeMenu = id == IDM_DELETE_SITE || id == IDM_RENAME_SITE || id == IDM_TV_RENAME;
     return ofTreeMenu || FindCommand(id) != nullptr;
 }

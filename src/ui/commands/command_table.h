@@ -1,10 +1,10 @@
-// Every command of the program by id: the name it is traced with and its handler. When a command may run is the matter
-// of command_state.h.
+// All commands of the program by id: the name in the trace and the handler. When a command may run is
+// browse/command_state.h.
 #pragma once
 
 #include <windows.h>
 
-// Menu, accelerator, toolbar and context-menu choices. True when the id is a command of this program.
+// Runs a command chosen in a menu, by key or on the toolbar. True when the id is a command of this program.
 bool ProcessCommandsWndProc(HWND window, UINT id);
-// False for a command that has no handler: menus and toolbar show it greyed.
+// False for a command without a handler, which menus and toolbar grey.
 bool CommandIsAvailable(unsigned id);

@@ -20,7 +20,7 @@
 
 namespace {
 
-// Asking the server itself is the worker's matter; here only what is known of it counts.
+// Judges by what is known already; asking the server is the worker's job.
 bool IsReady(const TVobject* node) {
     if (node == nullptr || CommandsRefused()) return false;
     if (IsLocalNode(node) || node->wObjType == kKindSite) return true;

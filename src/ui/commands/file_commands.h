@@ -1,9 +1,10 @@
-// The commands on files that several menus share: they look whether the session can take them and hand the work on.
+// Commands that several menus share: transfer, new folder, rename. They check that the session is ready and start the
+// work; doing it is transfer/ and browse/.
 #pragma once
 
 // Receives the selection of the focused pane.
 void Zarn_IdmTransferSelFiles();
-// Starts the naming of a new folder below the selected node; `name` is the name that it begins with.
+// Starts naming a new folder below the selected node; `name` is the name it begins with and must not be empty.
 void Zarn_IdmNewFolder(const char* name);
-// Starts the editing of the focused pane's label: the selected node's or the first selected entry's.
+// Starts editing a label in the focused pane: the selected node's or the first selected entry's.
 void Zarn_IdmRename();

@@ -1,4 +1,4 @@
-// The program's help file and the request to show its contents.
+// The program's help file: its name and showing its contents.
 #pragma once
 
 #include <windows.h>
@@ -7,7 +7,7 @@
 
 // The program's path with its last ".exe" replaced by ".hlp"; empty when the path holds no ".exe".
 std::string HelpFileFor(const std::string& programPath);
-// Opens the help file's contents; tells the user when there is no such file (the system's help viewer would show an
-// error of its own and block).
+// Shows the help file's contents, or a message when there is no such file (the system's help viewer would show an error
+// of its own and block).
 void ShowHelpContents(HWND window);
 void CloseHelp(HWND window);

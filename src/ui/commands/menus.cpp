@@ -69,7 +69,7 @@ void PrepareDetailsMenu(HMENU menu) {
     Enable(menu, IDM_DETAILS_UNIX, !(details && gZarn.COLUMNS != kColumnsWindows));
 }
 
-// A pop-up of the resource "PopupMenus", which goes with this object.
+// Owns one pop-up of the resource "PopupMenus".
 class PopupMenu {
   public:
     explicit PopupMenu(int position)
@@ -80,7 +80,7 @@ class PopupMenu {
 
     HMENU get() const { return menu_; }
     void Remove(unsigned command) { DeleteMenu(menu_, command, MF_BYCOMMAND); }
-    // Separators at the ends and doubled ones, left behind by removed items.
+    // Deletes separators that removed items left at the ends or side by side.
     void TidySeparators() {
         bool afterSeparator = true;
         for (int i = 0; i < GetMenuItemCount(menu_);) {
@@ -176,7 +176,7 @@ unsigned ChooseForNode(const TVobject& node, POINT position) {
     }
 }
 
-// The selected node, and where a menu asked for by key opens: under its label.
+// The selected node; sets `position` to the lower edge of its label, where a menu opened by key appears.
 TreeHit SelectedHit(POINT& position) {
     const HTREEITEM item = TreeView_GetSelection(TreeWindow());
     if (item == nullptr) return {};
@@ -238,7 +238,7 @@ void TV_HandleRClick(HWND window, POINT position, bool byKeyboard) {
         ShowMessageBox("Hit problem in GetPopupMenu(TV)", nullptr, BoxButtons::Ok, BoxIcon::Exclamation);
         return;
     }
-    // Shown highlighted while the menu is open; the selection itself does not move.
+    // The node is highlighted while the menu is open; the selection does not change.
     TreeView_Select(TreeWindow(), hit.item, TVGN_DROPHILITE);
     const unsigned command = ChooseForNode(*hit.node, position);
     TreeView_Select(TreeWindow(), nullptr, TVGN_DROPHILITE);
@@ -266,8 +266,7 @@ void ListContextMenu(HWND window, POINT position, bool byKeyboard) {
 void Zarn_HandleInitMenuPopup(HMENU menu, int index) {
     if (CommandsRefused()) return;
     const CommandContext context = CurrentCommandContext();
-    // The Details sub-menu stands at the position within View that Server has in the menu bar; its items tell them
-    // apart.
+    // The Details sub-menu has the same index within View as Server has in the menu bar; only their items differ.
     if (InMenu(menu, IDM_DETAILS_WINDOWS) && !InMenu(menu, IDM_VIEW_LIST)) {
         PrepareDetailsMenu(menu);
         return;

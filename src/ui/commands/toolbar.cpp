@@ -17,8 +17,7 @@ namespace {
 
 constexpr int kSeparator = 0;
 
-// What decides whether a button can be pressed: the tree's selected node, or the list with its view and the selection
-// of the focused pane.
+// What a button depends on: the tree's selected node, or the list's view and the focused pane's selection.
 enum class Decides { Nothing, Tree, List };
 
 // A slot: its command and its image within the standard or the view set.

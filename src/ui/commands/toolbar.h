@@ -1,10 +1,12 @@
-// The toolbar: sixteen slots, their images and tooltips, and which of them can be pressed.
+// The toolbar: sixteen slots with their images, enabled to fit the focused pane and its selection. The rules are
+// browse/command_state.h, the images toolbar_images.h.
 #pragma once
 
 #include <windows.h>
 
 bool CreateTheToolbar(HWND parent);
-// The same for another resolution.
+// Makes it again for another resolution.
 bool RecreateTheToolbar(HWND parent);
+// In pixels.
 int ToolbarHeight();
 void SetToolbarButtonState();

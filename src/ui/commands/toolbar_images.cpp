@@ -7,19 +7,19 @@
 
 namespace {
 
-constexpr int kSmallPicture = 16;  // pixels, as the system has them
+constexpr int kSmallPicture = 16;  // pixels; the two sizes that the system has
 constexpr int kLargePicture = 24;
 
 HIMAGELIST gScaled = nullptr;
 
-// A square of pixels that the system draws into.
+// A square bitmap for the system to draw into.
 class Canvas {
   public:
     explicit Canvas(int side) : side_(side), dc_(CreateCompatibleDC(nullptr)) {
         BITMAPINFO info{};
         info.bmiHeader.biSize = sizeof(info.bmiHeader);
         info.bmiHeader.biWidth = side;
-        info.bmiHeader.biHeight = -side;  // from the top
+        info.bmiHeader.biHeight = -side;  // rows from top to bottom
         info.bmiHeader.biPlanes = 1;
         info.bmiHeader.biBitCount = 32;
         void* bits = nullptr;
@@ -80,7 +80,7 @@ HIMAGELIST ScaledImages(HIMAGELIST from, int fromSide, int toSide) {
     return images;
 }
 
-// The first picture of a standard set after it was added to the bar.
+// Adds a standard set to the bar; returns the index of its first picture.
 int AddSet(HWND toolbar, UINT set) {
     TBADDBITMAP bitmap{HINST_COMMCTRL, set};
     return static_cast<int>(SendMessageW(toolbar, TB_ADDBITMAP, 0, reinterpret_cast<LPARAM>(&bitmap)));

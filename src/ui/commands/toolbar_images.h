@@ -1,5 +1,4 @@
-// The toolbar's pictures: the system's standard sets, scaled to the window's resolution where the system has them in
-// another size.
+// The toolbar's pictures: the system's standard sets, scaled where the window's resolution needs another size.
 #pragma once
 
 #include <windows.h>
@@ -12,5 +11,5 @@ struct ToolbarImages {
 };
 // Adds both sets to a toolbar that has none yet.
 ToolbarImages AddToolbarImages(HWND toolbar, UINT dpi);
-// The scaled pictures of the last toolbar; once it is gone.
+// Frees the scaled pictures of the last toolbar, after the toolbar was destroyed.
 void DestroyToolbarImages();

@@ -29,14 +29,14 @@ namespace {
 constexpr char kFuncName[] = "LV_OnBeginDrag";
 constexpr UINT kTick = 50;          // milliseconds
 constexpr int kScrollMargin = 14;   // pixels at 96 dpi
-constexpr int kTicksPerScroll = 2;  // a line every so many ticks
-// Of the picture, pixels at 96 dpi.
+constexpr int kTicksPerScroll = 2;  // ticks per scrolled line
+// The image's offset from the pointer and its widest label, pixels at 96 dpi.
 constexpr int kPictureRight = 14;
 constexpr int kPictureBelow = 14;
 constexpr int kLongestLabel = 220;
 
-// What is carried as it hangs at the pointer: the icon and the name, or the number, of what the list has selected.
-HIMAGELIST MakeCarriedPicture(const LVobject& entry, const std::string& label) {
+// The image that follows the pointer: an icon with the entry's name, or with the number of selected entries.
+HIMAGELIST MakeDragImage(const LVobject& entry, const std::string& label) {
     HIMAGELIST icons = ListView_GetImageList(ListWindow(), LVSIL_SMALL);
     int icon = 0;
     int iconHeight = 0;
@@ -68,17 +68,17 @@ HIMAGELIST MakeCarriedPicture(const LVobject& entry, const std::string& label) {
     return images;
 }
 
-std::string CarriedLabel(const LVobject& entry) {
+std::string DragLabel(const LVobject& entry) {
     const int selected = SelectedCount();
     if (selected == 1) return ShownName(EntryName(entry));
     return Zarn_ResVsprintf(MSG_OBJECTS_SELECTED, selected).c_str();
 }
 
-// The picture moves with the pointer, below it and to the right, so that the node under it stays in sight.
+// The image follows the pointer below and to the right of it, so that the node under the pointer stays visible.
 class DragPicture {
   public:
     DragPicture(HWND window, const LVobject& entry, POINT pointer)
-        : window_(window), images_(MakeCarriedPicture(entry, CarriedLabel(entry))) {
+        : window_(window), images_(MakeDragImage(entry, DragLabel(entry))) {
         shown_ = images_ != nullptr && ImageList_BeginDrag(images_, 0, -Scaled(kPictureRight), -Scaled(kPictureBelow));
         if (!shown_) return;
         const POINT place = InWindow(pointer);
@@ -99,7 +99,7 @@ class DragPicture {
         const POINT place = InWindow(pointer);
         ImageList_DragMove(place.x, place.y);
     }
-    // What is under the picture can be drawn only while the picture is not there.
+    // The window under the image can be drawn only while the image is hidden.
     template <class Draw>
     void Without(Draw&& draw) const {
         if (shown_) ImageList_DragShowNolock(FALSE);
@@ -109,7 +109,7 @@ class DragPicture {
     }
 
   private:
-    // The picture's place counts from the corner of the whole window, borders included.
+    // The image's coordinates count from the corner of the whole window, borders included.
     POINT InWindow(POINT screen) const {
         RECT place{};
         GetWindowRect(window_, &place);
@@ -120,28 +120,28 @@ class DragPicture {
     bool shown_ = false;
 };
 
-struct Carried {
+struct DraggedItems {
     DragLoad load;
-    TVobject* folder = nullptr;           // that the list showed when the drag began
-    std::vector<std::string> localFiles;  // full paths, when they are local
+    TVobject* folder = nullptr;           // the list's folder when the drag began
+    std::vector<std::string> localFiles;  // full paths; empty for remote entries
 };
 
-Carried CarriedSelection() {
-    Carried carried;
-    carried.folder = ListedFolder();
-    if (carried.folder == nullptr) return carried;
-    carried.load.local = IsLocalNode(carried.folder);
-    const Site* site = TV_GetFtpSite(carried.folder);
-    carried.load.siteConnected = !carried.load.local && site != nullptr && site->bConnected != 0;
+DraggedItems SelectionToDrag() {
+    DraggedItems items;
+    items.folder = ListedFolder();
+    if (items.folder == nullptr) return items;
+    items.load.local = IsLocalNode(items.folder);
+    const Site* site = TV_GetFtpSite(items.folder);
+    items.load.siteConnected = !items.load.local && site != nullptr && site->bConnected != 0;
     for (const LVobject* entry : SelectedEntries()) {
         if (!IsTransferableKind(entry->type)) continue;
-        ++carried.load.items;
-        if (carried.load.local) carried.localFiles.push_back(ItemPath(carried.folder, entry->name.view()));
+        ++items.load.items;
+        if (items.load.local) items.localFiles.push_back(ItemPath(items.folder, entry->name.view()));
     }
-    return carried;
+    return items;
 }
 
-POINT PointerPlace() {
+POINT PointerPosition() {
     POINT point{};
     GetCursorPos(&point);
     return point;
@@ -154,7 +154,7 @@ bool IsOpen(HTREEITEM item) {
 class TreeDrag {
   public:
     TreeDrag(HWND window, const LVobject& entry, const DragLoad& load)
-        : load_(load), picture_(window, entry, PointerPlace()) {
+        : load_(load), picture_(window, entry, PointerPosition()) {
         Follow();
     }
     ~TreeDrag() { Highlight(nullptr); }
@@ -162,29 +162,28 @@ class TreeDrag {
     TreeDrag& operator=(const TreeDrag&) = delete;
 
     void Follow() {
-        const POINT pointer = PointerPlace();
+        const POINT pointer = PointerPosition();
         picture_.MoveTo(pointer);
         const auto [item, node] = TreeHitTest(pointer, kHitRow);
         if (item != under_) {
             under_ = item;
-            restsSince_ = GetTickCount();
+            restingSince_ = GetTickCount();
         }
         const DropEffect effect = DropEffectFor(load_, PlaceOf(node));
         Highlight(effect == DropEffect::None ? nullptr : item);
         SetCursor(LoadCursorW(nullptr, reinterpret_cast<LPCWSTR>(effect == DropEffect::None ? IDC_NO : IDC_ARROW)));
     }
 
-    // Painting goes on while something is carried.
     void Paint(const MSG& message) const {
         picture_.Without([&message] { DispatchMessageW(&message); });
     }
 
     void Tick() {
         if (++ticks_ % kTicksPerScroll == 0) Scroll();
-        const auto [item, node] = TreeHitTest(PointerPlace(), kHitRow);
+        const auto [item, node] = TreeHitTest(PointerPosition(), kHitRow);
         if (node != nullptr && item == under_ &&
-            OpensUnderPointer(GetTickCount() - restsSince_, IsOpen(item), NodeHasButton(*node))) {
-            restsSince_ = GetTickCount();
+            OpensUnderPointer(GetTickCount() - restingSince_, IsOpen(item), NodeHasButton(*node))) {
+            restingSince_ = GetTickCount();
             picture_.Without([opened = node] { OpenNodeInPlace(opened); });
         }
         Follow();
@@ -199,7 +198,7 @@ class TreeDrag {
     void Scroll() {
         RECT tree{};
         GetWindowRect(TreeWindow(), &tree);
-        const POINT pointer = PointerPlace();
+        const POINT pointer = PointerPosition();
         if (pointer.x < tree.left || pointer.x >= tree.right) return;
         const int direction = DragScroll(pointer.y, tree.top, tree.bottom, Scaled(kScrollMargin));
         if (direction == 0) return;
@@ -211,42 +210,42 @@ class TreeDrag {
     DragPicture picture_;
     HTREEITEM highlighted_ = nullptr;
     HTREEITEM under_ = nullptr;
-    DWORD restsSince_ = 0;
+    DWORD restingSince_ = 0;
     int ticks_ = 0;
 };
 
-enum class Turn { GoesOn, Drops, Cancels };
+enum class DragStep { Continue, Drop, Cancel };
 
-Turn TakeMessage(const MSG& message, HWND window, TreeDrag& drag) {
+DragStep DragStepFor(const MSG& message, HWND window, TreeDrag& drag) {
     switch (message.message) {
         case WM_MOUSEMOVE:
             drag.Follow();
-            return Turn::GoesOn;
+            return DragStep::Continue;
         case WM_LBUTTONUP:
-            return Turn::Drops;
+            return DragStep::Drop;
         case WM_LBUTTONDOWN:
         case WM_RBUTTONDOWN:
         case WM_MBUTTONDOWN:
-            return Turn::Cancels;
+            return DragStep::Cancel;
         case WM_PAINT:
             drag.Paint(message);
-            return Turn::GoesOn;
+            return DragStep::Continue;
         case WM_TIMER:
             if (message.hwnd != window || message.wParam != kDragTimer) break;
             drag.Tick();
-            return Turn::GoesOn;
+            return DragStep::Continue;
         default:
             break;
     }
-    // Keys are nobody else's while something is carried.
+    // During a drag no window gets keys.
     if (message.message >= WM_KEYFIRST && message.message <= WM_KEYLAST) {
-        return message.message == WM_KEYDOWN && message.wParam == VK_ESCAPE ? Turn::Cancels : Turn::GoesOn;
+        return message.message == WM_KEYDOWN && message.wParam == VK_ESCAPE ? DragStep::Cancel : DragStep::Continue;
     }
     DispatchMessageW(&message);
-    return Turn::GoesOn;
+    return DragStep::Continue;
 }
 
-// True when the mouse was let go; a folder that is just being opened in the tree is waited for.
+// True when the button was released; first waits for a folder that is being opened in the tree.
 bool FollowMouse(HWND window, TreeDrag& drag) {
     MSG message{};
     bool dropped = false;
@@ -256,24 +255,24 @@ bool FollowMouse(HWND window, TreeDrag& drag) {
             PostQuitMessage(static_cast<int>(message.wParam));
             return false;
         }
-        const Turn turn = TakeMessage(message, window, drag);
-        if (turn == Turn::Cancels) return false;
-        if (turn == Turn::Drops) dropped = true;
+        const DragStep step = DragStepFor(message, window, drag);
+        if (step == DragStep::Cancel) return false;
+        if (step == DragStep::Drop) dropped = true;
     }
     return false;
 }
 
-// The mouse was let go. Nothing is remembered of the tree: it may have changed under the pointer.
-void DropCarried(Carried& carried) {
-    const TVobject* node = TreeHitTest(PointerPlace(), kHitRow).node;
-    const DropEffect effect = DropEffectFor(carried.load, PlaceOf(node));
+// Looks up the node under the pointer again, because the tree may have changed since the last mouse move.
+void DropItems(DraggedItems& items) {
+    const TVobject* node = TreeHitTest(PointerPosition(), kHitRow).node;
+    const DropEffect effect = DropEffectFor(items.load, PlaceOf(node));
     DbgVsprintf(kFuncName, "Dropped on %s: %d", node != nullptr ? node->pszName.c_str() : "nothing",
                 static_cast<int>(effect));
-    const bool sameList = ListedFolder() == carried.folder && SelectedCount() > 0;
-    if (sameList) DropOnNode(node, effect, std::move(carried.localFiles));
+    const bool sameList = ListedFolder() == items.folder && SelectedCount() > 0;
+    if (sameList) DropOnNode(node, effect, std::move(items.localFiles));
 }
 
-// The list did not see the button come up, because the main window had the mouse.
+// The main window had captured the mouse, so the list has not seen the button being released.
 void EndListsDrag() {
     if (ListWindow() != nullptr) SendMessageW(ListWindow(), WM_LBUTTONUP, 0, MAKELPARAM(-1, -1));
 }
@@ -288,17 +287,17 @@ void LV_OnBeginDrag(int item) {
 
 void RunDrag(HWND window, int item) {
     const bool pressed = GetKeyState(VK_LBUTTON) < 0;
-    Carried carried = CarriedSelection();
-    if (CommandsRefused() || !pressed || EntryAt(item) == nullptr || carried.load.items == 0) return;
+    DraggedItems items = SelectionToDrag();
+    if (CommandsRefused() || !pressed || EntryAt(item) == nullptr || items.load.items == 0) return;
     SetCapture(window);
     SetTimer(window, kDragTimer, kTick, nullptr);
     bool dropped = false;
     {
-        TreeDrag drag(window, *EntryAt(item), carried.load);
+        TreeDrag drag(window, *EntryAt(item), items.load);
         dropped = FollowMouse(window, drag);
     }
     KillTimer(window, kDragTimer);
     if (GetCapture() == window) ReleaseCapture();
     EndListsDrag();
-    if (dropped) DropCarried(carried);
+    if (dropped) DropItems(items);
 }

@@ -19,8 +19,8 @@ namespace {
 
 struct ColumnInfo {
     unsigned heading;
-    int width;    // before anything is measured, pixels at 96 dpi
-    int largest;  // that measuring gives it
+    int width;    // before measuring, pixels at 96 dpi
+    int largest;  // limit of measuring, pixels at 96 dpi
 };
 constexpr std::array<ColumnInfo, kLogicalColumns> kColumnInfo = {{
     {MSG_COLUMN_NAME, 200, 420},
@@ -40,7 +40,7 @@ constexpr int kArrowRoom = 18;                 // behind a heading
 constexpr std::size_t kEntriesMeasured = 500;  // of a folder
 constexpr std::size_t kTextsMeasured = 12;     // of a column
 
-// Widths of one layout while the program runs. A width that the store held, or that the user chose, stays.
+// The widths of one layout, in pixels. Stored widths, and those that the user chose, are kept.
 struct LayoutWidths {
     bool known = false;
     std::array<int, kMostColumns> width{};
@@ -61,7 +61,7 @@ int TextWidth(HWND list, std::wstring_view text) {
     return static_cast<int>(SendMessageW(list, LVM_GETSTRINGWIDTHW, 0, reinterpret_cast<LPARAM>(text.data())));
 }
 
-// A layout that was never stored is not asked for: the store would report the missing key.
+// Does not ask for a layout that was never stored, because the store would report the missing key.
 bool LoadStoredWidths(std::uint32_t columns) {
     if (columns != gZarn.COLUMNS) return false;
     const char* key = columns == kColumnsUnix ? "\\View\\Unix" : "\\View\\Windows";
@@ -87,7 +87,7 @@ void LearnWidths(HWND list, std::uint32_t columns) {
     }
 }
 
-// Width of the widest of a column's texts. Measuring is dear, so only the longest ones are measured.
+// The width of a column's widest text. Measuring is slow, so only the longest texts are measured.
 int WidestText(HWND list, int logicalColumn, std::span<const LVobjectPtr> entries) {
     std::array<std::wstring, kTextsMeasured> longest;
     std::size_t used = 0;
@@ -182,10 +182,10 @@ void FitColumns(HWND list, std::uint32_t columns, std::span<const LVobjectPtr> e
         const int logical = LogicalColumnAt(columns, i);
         const int room = Scaled(logical == kColumnName ? kMargin + kIconRoom : kMargin);
         const int largest = Scaled(kColumnInfo[static_cast<std::size_t>(logical)].largest);
-        const int wanted = std::min(WidestText(list, logical, measured) + room, largest);
-        if (wanted <= widths.width[at]) continue;
-        widths.width[at] = wanted;
-        ListView_SetColumnWidth(list, i, wanted);
+        const int fitting = std::min(WidestText(list, logical, measured) + room, largest);
+        if (fitting <= widths.width[at]) continue;
+        widths.width[at] = fitting;
+        ListView_SetColumnWidth(list, i, fitting);
     }
     PublishWidths(widths);
 }

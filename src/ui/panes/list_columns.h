@@ -1,4 +1,5 @@
-// Columns of the details view in its two layouts: which, how wide, how aligned, and the text of each for an entry.
+// The columns of the details view in its two layouts: their order, widths and alignment, and each one's text for an
+// entry.
 #pragma once
 
 #include <windows.h>
@@ -6,34 +7,25 @@
 #include <span>
 
 #include "listing/directory_entry.h"
+#include "ui/panes/logical_column.h"
 
-enum LogicalColumn {
-    kColumnName,
-    kColumnType,
-    kColumnUmask,
-    kColumnLinks,
-    kColumnOwner,
-    kColumnGroup,
-    kColumnSize,
-    kColumnTimestamp,
-    kLogicalColumns
-};
-
-// The logical column shown at a display position of the layout with `columns` columns.
+// The logical column at a display position of the layout with `columns` columns; -1 beyond the last.
 int LogicalColumnAt(std::uint32_t columns, int position);
-// By display position: the fourth and the seventh are right-aligned, in either layout, as wanted.
+// Quirk: the fourth and the seventh position are right-aligned in either layout, whatever they show, kept.
 bool IsRightAligned(int position);
+// Valid until the next call. Fills in the entry's size text on the first request.
 const char* ColumnText(LVobject& entry, int logicalColumn);
+// Message id of the column's heading; 0 for none.
 unsigned ColumnHeaderMessage(int logicalColumn);
 // Removes all columns and inserts those of the layout.
 void RebuildColumns(HWND list, std::uint32_t columns);
 // Widens the columns to fit the texts of a folder's first entries; remembered and stored widths win.
 void FitColumns(HWND list, std::uint32_t columns, std::span<const LVobjectPtr> entries);
-// Widths that were right at one resolution become right at another.
+// Converts the widths from one resolution to another and applies them.
 void RescaleColumns(HWND list, UINT fromDpi, UINT toDpi);
-// Gives the shown columns the widths that are remembered for them.
+// Applies the remembered widths to the columns shown.
 void ReapplyColumns(HWND list);
-// The user dragged a heading: that width stays.
+// The user chose the width of the column at that position: fitting leaves it alone from here on.
 void KeepColumnWidth(HWND list, int position);
-// Writes the widths of the layout shown to the store.
+// Stores the widths of the present layout.
 void SaveShownColumns(HWND list);

@@ -50,7 +50,7 @@ bool MakeListImages(HWND list) {
     }
     gDriveIcon = AddDriveIcon();
     GiveToList(list);
-    // The lists were made for the main screen.
+    // So far the lists have the sizes of the main screen.
     ResizeListImages(list, gApp.dpi);
     return true;
 }

@@ -27,24 +27,24 @@ TVobject* gFolder = nullptr;
 SortState gSort;
 bool gColumnsFitted = false;  // for the folder that is shown
 
-// More entries than this are freed by a thread of their own, so that leaving a large folder takes no time.
-constexpr std::size_t kFreedAtOnce = 4000;
+// More entries than this are freed on a thread of their own, so that leaving a large folder takes no time.
+constexpr std::size_t kMostFreedHere = 4000;
 
-// While a folder comes in batches the control is told the number of entries this often at most, in milliseconds.
-constexpr DWORD kCountShownEvery = 100;
-DWORD gCountShownAt = 0;
+// Milliseconds between two updates of the control's number of entries while a folder arrives in batches.
+constexpr DWORD kCountInterval = 100;
+DWORD gLastCount = 0;
 
-void FreeCarriedEntries(void* carried) {
-    delete static_cast<std::vector<LVobjectPtr>*>(carried);
+void FreeOnThread(void* owned) {
+    delete static_cast<std::vector<LVobjectPtr>*>(owned);
 }
 
 void FreeEntries(std::vector<LVobjectPtr> entries) {
-    if (entries.size() <= kFreedAtOnce) return;
-    auto* carried = new (std::nothrow) std::vector<LVobjectPtr>(std::move(entries));
-    if (carried == nullptr) return;
-    const platform::ThreadHandle thread = platform::StartThread(FreeCarriedEntries, carried);
+    if (entries.size() <= kMostFreedHere) return;
+    auto* owned = new (std::nothrow) std::vector<LVobjectPtr>(std::move(entries));
+    if (owned == nullptr) return;
+    const platform::ThreadHandle thread = platform::StartThread(FreeOnThread, owned);
     if (thread == platform::kNoThread) {
-        FreeCarriedEntries(carried);
+        FreeOnThread(owned);
         return;
     }
     platform::CloseThread(thread);
@@ -54,7 +54,7 @@ void ShowCount() {
     ListView_SetItemCountEx(gList, EntryCount(), LVSICF_NOINVALIDATEALL | LVSICF_NOSCROLL);
 }
 
-// In the icon views every entry has a place, which the control gives it when it arranges them.
+// The icon views have a place for every entry, given when the control arranges them.
 bool IsIconView() {
     return gZarn.uiStyle == UiStyle::LargeIcons || gZarn.uiStyle == UiStyle::SmallIcons;
 }
@@ -76,7 +76,7 @@ DWORD ViewBits(UiStyle style) {
     }
 }
 
-// Small arrow on the heading of the sorted column; -1: none.
+// Draws a small arrow on the heading of the sorted column; -1: on none.
 void ShowSortArrow(int logicalColumn, bool upwards) {
     HWND header = ListView_GetHeader(gList);
     const int count = Header_GetItemCount(header);
@@ -97,7 +97,7 @@ void SelectIndex(int index, bool focused) {
     ListView_SetItemState(gList, index, bits, bits);
 }
 
-// Above this many selected entries it is faster to let the control look at all.
+// With more selected entries it is faster to let the control go through all entries.
 constexpr int kDeselectedOneByOne = 500;
 
 void ClearSelection() {
@@ -107,22 +107,22 @@ void ClearSelection() {
         ListView_SetItemState(gList, -1, 0, LVIS_SELECTED);
         return;
     }
-    // The control finds the next one by looking at every entry, so it is not asked beyond the last.
+    // The control searches every entry for the next selected one, so stop after the last.
     for (int i = -1, left = selected; left > 0 && (i = ListView_GetNextItem(gList, i, LVNI_SELECTED)) >= 0; --left) {
         ListView_SetItemState(gList, i, 0, LVIS_SELECTED);
     }
 }
 
-// Which entries are selected and which one has the focus, while their places change.
+// Remembers which entries are selected and which one has the focus while their places change.
 class SelectionKeeper {
   public:
     SelectionKeeper() : selected_(SelectedCount()), focused_(ListView_GetNextItem(gList, -1, LVNI_FOCUSED)) {
         focusedEntry_ = EntryAt(focused_);
-        if (!Some()) return;
+        if (!IsPartial()) return;
         for (const LVobject* entry : SelectedEntries()) entries_.insert(entry);
     }
     void Restore() const {
-        if (Some()) {
+        if (IsPartial()) {
             ClearSelection();
             for (int i = 0; i < EntryCount(); ++i) {
                 if (entries_.count(EntryAt(i)) != 0) SelectIndex(i, false);
@@ -134,21 +134,21 @@ class SelectionKeeper {
         ListView_EnsureVisible(gList, index, FALSE);
     }
 
-    // The selection too where the control has forgotten it.
+    // Also restores a selection of all entries, which the control forgets when its number of entries changes.
     void RestoreAll() const {
         if (selected_ > 0 && selected_ == EntryCount()) SelectAllEntries();
         Restore();
     }
 
   private:
-    bool Some() const { return selected_ > 0 && selected_ < EntryCount(); }
+    bool IsPartial() const { return selected_ > 0 && selected_ < EntryCount(); }
     int selected_;
     int focused_;
     const LVobject* focusedEntry_ = nullptr;
     std::unordered_set<const LVobject*> entries_;
 };
 
-// The entries that the control sees while it measures texts to find the widest.
+// The only entries that the control sees while it measures texts.
 std::vector<LVobject*> gSample;
 constexpr std::size_t kSampleSize = 24;
 
@@ -163,7 +163,7 @@ std::vector<LVobject*> LongestNames() {
     return entries;
 }
 
-// The control measures every entry when a view begins, so it sees the longest names only.
+// At the start of a view the control measures every entry, so it is shown the longest names only.
 void SetViewBits(UiStyle style) {
     const SelectionKeeper keeper;
     gSample = LongestNames();
@@ -176,7 +176,7 @@ void SetViewBits(UiStyle style) {
     keeper.RestoreAll();
 }
 
-// The control's own procedure; see the tree's for why it is kept here.
+// The control's original procedure; tree_pane.cpp says why it is kept here.
 WNDPROC gControlProc = nullptr;
 
 LRESULT CALLBACK ListProc(HWND list, UINT message, WPARAM wParam, LPARAM lParam) {
@@ -243,12 +243,12 @@ void LV_AddEntries(TVobject* folder, std::vector<LVobjectPtr> entries) {
     } else {
         std::move(entries.begin(), entries.end(), std::back_inserter(gEntries));
     }
-    // The first entries show at once; the scroll bars, which cost more than taking the entries, follow now and then.
+    // The first entries show at once; updating the scroll bars is slow and happens every now and then.
     const DWORD now = GetTickCount();
-    const bool due = !gColumnsFitted || now - gCountShownAt >= kCountShownEvery;
-    // Icons would have to be arranged again each time, so theirs follow when all are there.
+    const bool due = !gColumnsFitted || now - gLastCount >= kCountInterval;
+    // Icons would have to be arranged each time, so they wait for the last batch.
     if (first || (due && !IsIconView())) {
-        gCountShownAt = now;
+        gLastCount = now;
         ShowCount();
         ArrangeIcons();
         if (gZarn.uiStyle != UiStyle::Details) InvalidateRect(gList, nullptr, TRUE);
@@ -288,7 +288,7 @@ void LV_ReplaceItem(int index, LVobjectPtr entry) {
 void LV_DeleteItem(int index) {
     if (EntryAt(index) == nullptr) return;
     gEntries.erase(gEntries.begin() + index);
-    // The control moves its own selection and focus along.
+    // The control adjusts its selection and focus itself.
     ListView_DeleteItem(gList, index);
     ShowCount();
     ArrangeIcons();
@@ -346,7 +346,7 @@ std::uint64_t SelectedBytes() {
 }
 
 void SelectAllEntries() {
-    // The control looks at every entry, and with redrawing on at every entry's place, too.
+    // The control goes through all entries, and with redrawing on also through their places.
     {
         const RedrawPause pause(gList);
         ListView_SetItemState(gList, -1, LVIS_SELECTED, LVIS_SELECTED);

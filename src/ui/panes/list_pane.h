@@ -1,5 +1,5 @@
-// The list: entries of the folder selected in the tree, as a virtual list view. The entries stand in a vector that the
-// pane owns; the control asks for what it shows. Columns: list_columns.h. Order: list_sort.h.
+// The list: a virtual list view of the entries of one folder. The pane owns the entries in a vector; the control asks
+// for what it shows. Columns are list_columns.h, the order is list_sort.h.
 #pragma once
 
 #include <windows.h>
@@ -18,14 +18,14 @@ HWND ListWindow();
 
 // Frees every entry and empties the control.
 void InitListView();
-// The pane owns the entries from here on. The first ones show at once, later ones within a moment or with
-// LV_EntriesComplete; the folder they belong to is `folder`.
+// Takes ownership of entries of `folder`. The first ones show at once, later ones shortly after, or with
+// LV_EntriesComplete.
 void LV_AddEntries(TVobject* folder, std::vector<LVobjectPtr> entries);
-// The last of them was added: what depends on all of them is settled.
+// All entries have been added: shows their number and arranges them.
 void LV_EntriesComplete();
-// Adds one entry; returns its index, or -1 (and frees it).
+// Adds one entry and returns its index; -1 if there is no list, and the entry is freed.
 int LV_AddItem(LVobjectPtr entry);
-// Another entry takes the place of one, which is freed; selection and focus stay.
+// Replaces and frees the entry at `index`; selection and focus stay.
 void LV_ReplaceItem(int index, LVobjectPtr entry);
 void LV_DeleteItem(int index);
 int EntryCount();
@@ -39,18 +39,17 @@ bool AnyFileSelected();
 // Sum of the selected entries' sizes.
 std::uint64_t SelectedBytes();
 void SelectAllEntries();
-// Selected, focused and scrolled into view; the others are not selected any more.
+// Selects one entry, and no other, gives it the focus and scrolls it into view.
 void SelectOnly(int index);
 // The view of the list, and in the details view its layout. Other windows that show which view is on are the caller's
 // to refresh.
 void LV_ChangeView(UiStyle style, std::uint32_t columns);
-// Sorts by a column number of the shown layout, as CompareEntries takes it; selection and focus stay with their
-// entries.
+// Sorts by a column number of the present layout, as in CompareEntries; selection and focus stay with their entries.
 void SortEntriesByColumn(int column);
 // A click on the heading at a display position.
 void SortEntriesByClick(int position);
-// The entry's index, -1 when the pane does not hold it (any more).
+// The entry's index; -1 when the list does not have it, or no longer has it.
 int IndexOfEntry(const LVobject* entry);
 void RedrawEntry(int index);
-// What the control is to show at an index: the entry there, except while it measures.
+// The entry that the control shows at an index; while it measures texts, one of a small sample.
 LVobject* ShownEntryAt(int index);

@@ -8,26 +8,25 @@
 #include "config/settings.h"
 #include "foundation/text_helpers.h"
 #include "platform/system.h"
+#include "ui/panes/logical_column.h"
 
 namespace {
 
-enum Column { kName, kType, kUmask, kLinks, kOwner, kGroup, kSize, kTimestamp, kColumns };
-
-// A resolved link stands where its target would, in every column.
-const LVobject& Compared(const LVobject& entry) {
+// A resolved link sorts like its target in every column.
+const LVobject& LinkTarget(const LVobject& entry) {
     if (entry.type != kKindLink || entry.link == nullptr || entry.link->object == nullptr) return entry;
     return *entry.link->object;
 }
 
 std::string_view TextOf(const LVobject& entry, int column) {
     switch (column) {
-        case kName:
+        case kColumnName:
             return entry.name.view();
-        case kType:
+        case kColumnType:
             return entry.fileType != nullptr ? entry.fileType->pszDescription.view() : std::string_view();
-        case kUmask:
+        case kColumnUmask:
             return entry.mode.view();
-        case kOwner:
+        case kColumnOwner:
             return entry.owner.view();
         default:
             return entry.group.view();
@@ -47,33 +46,33 @@ std::int32_t SortSize(const LVobject& entry) {
 }
 
 bool IsText(int column) {
-    return column != kLinks && column != kSize && column != kTimestamp;
+    return column != kColumnLinks && column != kColumnSize && column != kColumnTimestamp;
 }
 
-// What a column compares by, made once per entry and sort.
+// The value that a column compares, made once per entry and sort.
 struct SortKey {
     std::string text;
     std::int32_t number = 0;
     FileTime time = 0;
 };
 
-// Case is folded once per entry and sort. Names of plain ASCII, nearly all of them, need no system call.
-std::string Folded(std::string_view text) {
+// Names of plain ASCII, nearly all of them, need no system call.
+std::string LowerCase(std::string_view text) {
     const bool ascii = std::none_of(text.begin(), text.end(), [](char c) { return (c & 0x80) != 0; });
     return ascii ? AsciiLower(text) : platform::LocaleLower(text);
 }
 
 SortKey KeyOf(const LVobject& entry, int column) {
-    const LVobject& compared = Compared(entry);
+    const LVobject& target = LinkTarget(entry);
     SortKey key;
-    if (column == kTimestamp) {
-        key.time = compared.time;
-    } else if (column == kSize) {
-        key.number = SortSize(compared);
-    } else if (column == kLinks) {
-        key.number = static_cast<std::int32_t>(compared.links);
+    if (column == kColumnTimestamp) {
+        key.time = target.time;
+    } else if (column == kColumnSize) {
+        key.number = SortSize(target);
+    } else if (column == kColumnLinks) {
+        key.number = static_cast<std::int32_t>(target.links);
     } else {
-        key.text = Folded(TextOf(compared, column));
+        key.text = LowerCase(TextOf(target, column));
     }
     return key;
 }
@@ -87,10 +86,10 @@ int CompareKeys(const SortKey& a, const SortKey& b, int column, bool descending)
     int order = 0;
     if (IsText(column)) {
         order = a.text.compare(b.text);
-    } else if (column == kTimestamp) {
+    } else if (column == kColumnTimestamp) {
         order = Order(a.time, b.time);
     } else {
-        // Numbers the other way round than texts: the larger first while the flag is clear, as wanted.
+        // Quirk: numbers sort the other way round than texts, the larger first while the flag is clear, kept.
         order = Order(b.number, a.number);
     }
     return descending ? -order : order;
@@ -100,7 +99,7 @@ int CompareKeys(const SortKey& a, const SortKey& b, int column, bool descending)
 
 int EffectiveColumn(int column, std::uint32_t layout) {
     const int effective = layout == kColumnsWindows && column >= 2 ? column + 4 : column;
-    return effective >= 0 && effective < kColumns ? effective : -1;
+    return effective >= 0 && effective < kLogicalColumns ? effective : -1;
 }
 
 int CompareEntries(const LVobject& a, const LVobject& b, int column, std::uint32_t layout, bool descending) {
@@ -110,8 +109,8 @@ int CompareEntries(const LVobject& a, const LVobject& b, int column, std::uint32
 }
 
 void NoteColumnClick(SortState& state, int logicalColumn) {
-    if (logicalColumn < 0 || logicalColumn >= kColumns) return;
-    // Another column keeps the direction it was last sorted in, as wanted.
+    if (logicalColumn < 0 || logicalColumn >= kLogicalColumns) return;
+    // Quirk: going back to a column keeps the direction it was last sorted in, kept.
     if (logicalColumn == state.lastColumn) {
         state.descending[logicalColumn] = state.clicked[logicalColumn] && !state.descending[logicalColumn];
     }

@@ -1,11 +1,11 @@
-// The keys that move the keyboard focus: Tab and Backspace from tree to list and back, F6 through tree, list and
-// console. Which keys a pane is ready for, the pane's own notifications decide.
+// Moves the keyboard focus: Tab and Backspace between tree and list, F6 through tree, list and console. When a pane
+// accepts keys at all is decided by its notifications in browse/.
 #pragma once
 
 #include <windows.h>
 
 // From tree to list, from anywhere else to the tree.
 void FocusOtherPane(HWND from);
-// A message of the program's loop: F6, or Tab in the console, whose edit control would keep it. True when it moved the
-// focus; a dialog that waits for an answer keeps its keys.
+// Called by the message loop: handles F6, and Tab in the console, whose edit control would not pass it on. True when it
+// moved the focus. Does nothing while a dialog waits for an answer.
 bool HandleFocusKey(const MSG& message);

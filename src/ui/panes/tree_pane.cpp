@@ -42,7 +42,7 @@ HTREEITEM InsertItem(TVobject* node, HTREEITEM parent, HTREEITEM after) {
     TVINSERTSTRUCTW insert{};
     insert.hParent = parent;
     insert.hInsertAfter = after;
-    // Text, images and button are asked for when they are shown.
+    // The control asks for text, images and button when it shows the item.
     insert.item.mask = TVIF_TEXT | TVIF_PARAM | TVIF_IMAGE | TVIF_SELECTEDIMAGE | TVIF_CHILDREN;
     insert.item.pszText = LPSTR_TEXTCALLBACKW;
     insert.item.iImage = I_IMAGECALLBACK;
@@ -55,7 +55,7 @@ HTREEITEM InsertItem(TVobject* node, HTREEITEM parent, HTREEITEM after) {
     return item;
 }
 
-// Children that stand in no control yet, in their order among those that do.
+// Inserts the children that have no item yet, in their order among those that have one.
 void InsertChildItems(TVobject* parent) {
     HTREEITEM after = TVI_FIRST;
     for (const NodePtr& child : parent->children) {
@@ -77,7 +77,7 @@ std::string SortName(const TVobject* node) {
     return platform::LocaleLower(node->pszName.view());
 }
 
-// The item behind which a site's node stands in sorted order: the add-site node comes first.
+// The item after which a site's node is inserted to keep the sites sorted below the add-site node.
 HTREEITEM SortedPosition(const TVobject* node) {
     const std::string name = SortName(node);
     HTREEITEM after = TVI_FIRST;
@@ -90,14 +90,14 @@ HTREEITEM SortedPosition(const TVobject* node) {
     return after;
 }
 
-// Keys that the control would act on, or beep at, after its parent has dealt with them: on Backspace it selects the
-// parent item whatever the notification was answered.
+// Keys that the control would also act on, or beep at, after its parent has handled them: on Backspace it selects the
+// parent item whatever the answer to the notification.
 bool IsParentsKey(WPARAM key) {
     return key == VK_BACK || key == VK_TAB || key == VK_RETURN;
 }
 
-// The control's own procedure. (The common controls' way of subclassing asks for properties of the window with every
-// message, which costs more than inserting an item.)
+// The control's original procedure. (SetWindowSubclass looks up window properties on every message, which takes longer
+// than inserting an item.)
 WNDPROC gControlProc = nullptr;
 
 LRESULT CALLBACK TreeProc(HWND tree, UINT message, WPARAM wParam, LPARAM lParam) {
@@ -115,7 +115,7 @@ LRESULT CALLBACK TreeProc(HWND tree, UINT message, WPARAM wParam, LPARAM lParam)
     return CallWindowProcW(gControlProc, tree, message, wParam, lParam);
 }
 
-// An empty name cannot be set as the last session, so the value itself is emptied.
+// SetLastSession takes no empty name, so the value is emptied directly.
 void ForgetLastSession() {
     gZarn.SESSION.clear();
     auto key = platform::RegistryKey::Open(platform::RegistryRoot::CurrentUser, StoreKeyPath(kDefaultsKey));
@@ -265,7 +265,7 @@ void TV_DeleteChildren(TVobject* node) {
     node->children.clear();
     node->nChildren = 0;
     TV_SetChildren(node, I_CHILDRENCALLBACK);
-    // An item that was open once is opened without asking for its children again.
+    // Otherwise the control would open the item again without asking for its children.
     if (node->hItem != 0) TreeView_SetItemState(gTree, ItemOf(node), 0, TVIS_EXPANDEDONCE);
 }
 
@@ -343,8 +343,8 @@ bool NodeHasButton(const TVobject& node) {
     return node.nChildren != 0 || (IsLocalFolderKind(node.wObjType) && !node.listed);
 }
 
-// A root node's name is no part of its children's paths, so the levels of a directory such as /home/u stand one below
-// the other under the root "/".
+// A root node's name is not part of its children's paths: a directory such as /home/u becomes two levels below the
+// root "/".
 TVobject* Tv_AddInitDir(TVobject* siteNode, std::string_view directory) {
     if (siteNode == nullptr || directory.empty()) return nullptr;
     const char separator = NodeSeparator(siteNode);

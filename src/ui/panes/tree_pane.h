@@ -10,7 +10,7 @@
 
 #include "listing/tree_node.h"
 
-// What the pane leaves to others to decide.
+// What the pane does not decide itself.
 struct TreeHandlers {
     // Backspace, Tab or Enter: keys that the control itself must not see.
     void (*keyPressed)(WORD key) = [](WORD) {};
@@ -24,7 +24,7 @@ void SetTreeHandlers(const TreeHandlers& handlers);
 bool CreateTreePane(HWND parent);
 void DestroyTreePane();
 HWND TreeWindow();
-// Images follow the resolution of the window.
+// Loads the images for a resolution. False when they cannot be loaded.
 bool InitTreeViewImageLists(UINT dpi);
 
 // Adds the add-site node and every site of the store (sorted). Returns the node of the site named by `lastSession`, or
@@ -37,12 +37,12 @@ void TV_SetChildren(TVobject* node, int children);
 void TV_DeleteChildren(TVobject* node);
 void TV_DeleteNode(TVobject* node);
 
-// Null item: the selected one.
+// The node of an item; null item: of the selected one.
 TVobject* GetTVobjectByItem(HTREEITEM item);
 HTREEITEM TV_GetTreeRootItemByName(const char* name);
 bool InTreeView(const char* name);
 bool TV_GetItemText(HTREEITEM item, char (&text)[260]);
-// The control's item of a node; null while the node stands in no control.
+// The control's item of a node; null when it has none.
 HTREEITEM ItemOf(const TVobject* node);
 // What a point of the screen hits; both null where there is no node.
 struct TreeHit {
@@ -60,20 +60,21 @@ TVobject* NodeOfSite(const Site* site);
 TVobject* Tv_AddInitDir(TVobject* siteNode, std::string_view directory);
 // Adds a top-level node that owns `site`; `position` is TVI_SORT (sites only), TVI_FIRST or TVI_LAST. Null on failure.
 TVobject* AddTopNode(SitePtr site, std::uint32_t kind, HTREEITEM position);
-// Closes the node; its children go.
+// Closes the node and deletes its children.
 void CollapseAndReset(TVobject* node);
 void CollapseNode(TVobject* node);
 void ExpandNode(TVobject* node);
-// The children enter the control.
+// Gives the control items for the node's children.
 void TV_InsertChildren(TVobject* node);
-// Puts children into the control that a listing added to an open node, and shows the node's name and button anew.
+// Updates the node's name and button, and adds items for children that a listing added to an open node.
 void RefreshNode(TVobject* node);
-// The node stands below `ancestor`, or is it.
+// True when the node is below `ancestor`, or is it.
 bool IsNodeBelow(const TVobject* node, const TVobject* ancestor);
-// A local folder that was never listed may have children: it has a button, which finds out.
+// A local folder that was never listed has a button as well, because it may have children.
 bool NodeHasButton(const TVobject& node);
-// Children by name, whatever order they came in.
+// Sorts the children by name.
 void SortChildren(TVobject* folder);
+// Writes site and peer into the bar above the tree; null: clears it.
 void SetTvTitleText(const Site* site);
 
 void ForEachSite(void (*visit)(Site* site, void* context), void* context);

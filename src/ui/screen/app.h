@@ -1,5 +1,5 @@
-// What the windows of the program share: their handles, names and fonts, the pane with the focus. One record, owned by
-// the window's thread. No behaviour here.
+// What the program's windows share: handles, names, fonts, the pane with the focus. One record, used on the window's
+// thread only. No behaviour here.
 #pragma once
 
 #include <windows.h>
@@ -27,5 +27,5 @@ struct App {
 };
 extern App gApp;
 
-// Pixels at the window's resolution for a measure at 96 dpi.
+// Converts pixels at 96 dpi to the window's resolution.
 int Scaled(int pixelsAt96);

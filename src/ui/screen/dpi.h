@@ -1,10 +1,9 @@
-// The resolution of a window and the sizes that go with it, on systems that know one per screen and on those that do
-// not.
+// The resolution of a window and the system sizes for it, also on systems that know one resolution only.
 #pragma once
 
 #include <windows.h>
 
-// Of the screen that the window is on; null: of the main screen.
+// Dots per inch of the window's screen; null: of the main screen.
 UINT DpiOfWindow(HWND window);
-// GetSystemMetrics at a resolution.
+// GetSystemMetrics at a resolution, in pixels.
 int MetricAtDpi(int metric, UINT dpi);

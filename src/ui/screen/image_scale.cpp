@@ -18,17 +18,18 @@ double Channel(std::uint32_t pixel, int shift) {
     return static_cast<double>(pixel >> shift & 0xFF);
 }
 
-std::uint32_t Placed(double value, int shift) {
+std::uint32_t ChannelBits(double value, int shift) {
     return static_cast<std::uint32_t>(std::clamp(std::lround(value), 0L, 255L)) << shift;
 }
 
-// Share of the source's rows or columns in one of the target's: where it begins and ends.
+// A range of the source's rows or columns.
 struct Span {
     double begin, end;
 };
 
-// A target pixel covers at least one of the source, so that enlarging blends neighbours instead of repeating them.
-Span Covered(int index, double step) {
+// The rows or columns that one of the target's is made from; at least one whole pixel, so that enlarging blends
+// neighbours instead of repeating them.
+Span SourceSpan(int index, double step) {
     const double middle = (index + 0.5) * step;
     const double half = std::max(step, 1.0) / 2;
     return {middle - half, middle + half};
@@ -38,7 +39,7 @@ double Share(const Span& span, int index) {
     return std::max(0.0, std::min(span.end, index + 1.0) - std::max(span.begin, static_cast<double>(index)));
 }
 
-std::uint32_t Blended(const Pixels& pixels, int side, const Span& columns, const Span& rows) {
+std::uint32_t BlendedPixel(const Pixels& pixels, int side, const Span& columns, const Span& rows) {
     double weight = 0;
     double alpha = 0;
     std::array<double, 3> colours{};
@@ -54,8 +55,8 @@ std::uint32_t Blended(const Pixels& pixels, int side, const Span& columns, const
         }
     }
     if (weight <= 0 || alpha <= 0) return 0;
-    std::uint32_t result = Placed(alpha / weight, kAlpha);
-    for (std::size_t i = 0; i < colours.size(); ++i) result |= Placed(colours[i] / alpha, kColours[i]);
+    std::uint32_t result = ChannelBits(alpha / weight, kAlpha);
+    for (std::size_t i = 0; i < colours.size(); ++i) result |= ChannelBits(colours[i] / alpha, kColours[i]);
     return result;
 }
 
@@ -67,7 +68,8 @@ Pixels ScaledSquare(const Pixels& pixels, int from, int to) {
     scaled.reserve(Index(to, to));
     const double step = static_cast<double>(from) / to;
     for (int y = 0; y < to; ++y) {
-        for (int x = 0; x < to; ++x) scaled.push_back(Blended(pixels, from, Covered(x, step), Covered(y, step)));
+        for (int x = 0; x < to; ++x)
+            scaled.push_back(BlendedPixel(pixels, from, SourceSpan(x, step), SourceSpan(y, step)));
     }
     return scaled;
 }
@@ -75,12 +77,12 @@ Pixels ScaledSquare(const Pixels& pixels, int from, int to) {
 Pixels PixelsFromGrounds(const Pixels& onBlack, const Pixels& onWhite) {
     Pixels pixels(std::min(onBlack.size(), onWhite.size()));
     for (std::size_t i = 0; i < pixels.size(); ++i) {
-        // What the ground shines through is the same for all colours; green is the finest.
+        // The ground shows through all colours alike; green has the finest steps.
         const double through = Channel(onWhite[i], 8) - Channel(onBlack[i], 8);
         const double alpha = 255 - std::clamp(through, 0.0, 255.0);
         if (alpha <= 0) continue;
-        pixels[i] = Placed(alpha, kAlpha);
-        for (const int shift : kColours) pixels[i] |= Placed(Channel(onBlack[i], shift) * 255 / alpha, shift);
+        pixels[i] = ChannelBits(alpha, kAlpha);
+        for (const int shift : kColours) pixels[i] |= ChannelBits(Channel(onBlack[i], shift) * 255 / alpha, shift);
     }
     return pixels;
 }

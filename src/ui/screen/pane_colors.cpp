@@ -4,7 +4,7 @@ namespace {
 
 constexpr int kHighlightShare = 35;  // percent
 
-// The edit field of a label is the pane's own.
+// The edit field of a label counts as the pane.
 bool HasFocus(HWND pane) {
     const HWND focus = GetFocus();
     return focus == pane || (focus != nullptr && IsChild(pane, focus));
@@ -34,7 +34,7 @@ LRESULT DrawListItem(NMLVCUSTOMDRAW& draw) {
     const HWND list = draw.nmcd.hdr.hwndFrom;
     const int item = static_cast<int>(draw.nmcd.dwItemSpec);
     if (ListView_GetItemState(list, item, LVIS_SELECTED) == 0 || HasFocus(list)) return CDRF_DODEFAULT;
-    // For what it takes to be selected the control puts its own colours over these.
+    // For selected items the control would override these colours.
     draw.nmcd.uItemState &= ~static_cast<UINT>(CDIS_SELECTED);
     draw.clrTextBk = QuietSelectionColor();
     draw.clrText = GetSysColor(COLOR_WINDOWTEXT);

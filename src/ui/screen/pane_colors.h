@@ -1,12 +1,12 @@
-// How the selection of a pane looks that does not have the focus: readable, and clearly quieter than the one that has.
-// (The controls take the face colour, which many colour schemes give nearly the shade of the window.)
+// The selection's colours in a pane without the focus: readable, but clearly weaker than in the pane that has it. (The
+// controls would use the face colour, which in many colour schemes hardly differs from the window's.)
 #pragma once
 
 #include <windows.h>
 
 #include <commctrl.h>
 
-// `percent` of the first colour in the second.
+// `percent` of the first colour, the rest of the second.
 constexpr COLORREF MixColors(COLORREF first, COLORREF second, int percent) {
     COLORREF mixed = 0;
     for (int shift = 0; shift < 24; shift += 8) {
@@ -17,6 +17,6 @@ constexpr COLORREF MixColors(COLORREF first, COLORREF second, int percent) {
     return mixed;
 }
 COLORREF QuietSelectionColor();
-// NM_CUSTOMDRAW of the panes: the answer to the control.
+// NM_CUSTOMDRAW of the panes; returns the answer to the control.
 LRESULT DrawTreeItem(NMTVCUSTOMDRAW& draw);
 LRESULT DrawListItem(NMLVCUSTOMDRAW& draw);

@@ -1,5 +1,5 @@
-// Carries a call from the worker to the window's thread. The worker waits for it (the window's thread serves sent
-// messages even while it waits for the worker); on the window's own thread the call just runs.
+// Runs a function on the window's thread. A worker waits for its end; the window's thread serves such calls even while
+// it waits for the worker. On the window's own thread the function just runs.
 #pragma once
 
 #include <windows.h>
@@ -9,7 +9,7 @@
 
 // Called once with the main window, by its thread.
 void StartUiCalls(HWND mainWindow);
-// After this no call reaches a window any more; calls return at once without having run.
+// From here on no call reaches a window: calls return at once without running.
 void StopUiCalls();
 bool OnUiThread();
 // The main window received kUiCallMessage.
@@ -25,16 +25,16 @@ auto RunOnUi(Function&& function) {
     if constexpr (std::is_void_v<Result>) {
         CallUi([](void* context) { (*static_cast<std::remove_reference_t<Function>*>(context))(); }, &function);
     } else {
-        struct Carried {
+        struct ReturningCall {
             std::remove_reference_t<Function>* function;
             Result result{};
-        } carried{&function, {}};
+        } call{&function, {}};
         CallUi(
             [](void* context) {
-                auto* call = static_cast<Carried*>(context);
-                call->result = (*call->function)();
+                auto* current = static_cast<ReturningCall*>(context);
+                current->result = (*current->function)();
             },
-            &carried);
-        return std::move(carried.result);
+            &call);
+        return std::move(call.result);
     }
 }

@@ -1,4 +1,4 @@
-// What stands on the command line: the switch "-d" and names of local files.
+// Parses the command line: the switch "-d" and the names of local files.
 #pragma once
 
 #include <string>
@@ -9,7 +9,7 @@ struct CommandLineFiles {
     int count = 0;
 };
 
-// True when the text "-d" stands anywhere in the command line.
+// True when the command line contains the text "-d" anywhere.
 bool WantsDebugTrace(std::string_view commandLine);
 // The command line without "-d" and the blanks after it.
 std::string_view WithoutDebugSwitch(std::string_view commandLine);

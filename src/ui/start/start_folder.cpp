@@ -8,7 +8,7 @@ namespace {
 
 constexpr char kSeparator = '\\';
 
-// Both spellings of a folder, with and without a separator at its end, become the one with.
+// In lower case and with one separator at its end.
 std::string Comparable(std::string_view folder) {
     while (!folder.empty() && folder.back() == kSeparator) folder.remove_suffix(1);
     std::string name = platform::LocaleLower(folder);

@@ -83,7 +83,7 @@ BoxAnswer Answer(int button) {
     }
 }
 
-// The window that a box stands in front of: the dialog that is open, or the one in front of that; else the main window.
+// The owner of a box: the front-most open dialog, else the main window.
 HWND BoxOwner() {
     HWND owner = reinterpret_cast<HWND>(TransferDialogWindow());
     if (owner == nullptr || !IsWindowVisible(owner)) owner = gApp.mainWindow;
@@ -95,9 +95,9 @@ BoxAnswer ShowBox(const char* text, const char* caption, BoxButtons buttons, Box
     const auto show = [&] {
         return Answer(MessageBoxW(BoxOwner(), Wide(text).c_str(), Wide(caption).c_str(), BoxStyle(buttons, icon)));
     };
-    // A closing program waits for its worker, which must not wait for an answer.
+    // On exit the window waits for the worker, so the worker must not wait for an answer.
     if (gSession.exiting) return BoxAnswer::None;
-    // Before the main window stands, boxes are the caller's own.
+    // Before there is a main window the caller shows its boxes itself.
     return gApp.mainWindow == nullptr ? show() : RunOnUi(show);
 }
 
@@ -123,7 +123,7 @@ bool SiteHasNode(const Site* site) {
     return RunOnUi([&] { return NodeOfSite(site) != nullptr; });
 }
 
-// Posted: a worker that met the lost connection must end before its site is disconnected.
+// Posted, because the worker that noticed the lost connection must end before its site is disconnected.
 void PostDisconnect(Site* site) {
     gSession.activeSite = site;
     PostMessageW(gApp.mainWindow, WM_COMMAND, IDM_DISCONNECT, 0);

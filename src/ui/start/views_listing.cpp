@@ -19,7 +19,7 @@
 
 namespace {
 
-// Nodes that a listing found below its folder before, by name; empty where children are made anew.
+// The folder's nodes from an earlier listing, by name; empty when the listing starts from scratch.
 std::unordered_map<std::string_view, TVobject*> gKnownChildren;
 
 TVobject* ChildFor(TVobject* folder, const LVobject& entry) {
@@ -60,7 +60,7 @@ void EndListing(TVobject* folder) {
     if (folder->wObjType == kKindSiteRoot) AddRememberedDirectories(folder->pTVparent);
     SortChildren(folder);
     RefreshNode(folder);
-    if (ListedFolder() == nullptr) LV_AddEntries(folder, {});  // an empty folder is shown, too
+    if (ListedFolder() == nullptr) LV_AddEntries(folder, {});  // an empty folder is shown as well
     if (TakeNodeToOpen() == folder) ExpandNode(folder);
     LV_EntriesComplete();
     SelectOnly(0);

@@ -1,4 +1,4 @@
-// Fills in the view through which listings reach the panes, and the panes' part of the session's view.
+// Connects listings to the panes: fills in the listing's view and the part of the session's view that shows folders.
 #pragma once
 
 void InstallListingView();

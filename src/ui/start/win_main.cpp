@@ -1,4 +1,4 @@
-// The program's entry: start-up in its order, the message loop, shut-down.
+// The program's entry point: start-up, message loop, shut-down.
 #include <windows.h>
 
 #include <commctrl.h>
@@ -82,7 +82,7 @@ bool CreateWindows() {
     return true;
 }
 
-// A window that is shown for files on the command line stays hidden.
+// The window stays hidden when there are files on the command line.
 void ShowTheWindow(int show) {
     if (gApp.commandLineFileCount > 0) {
         show = SW_HIDE;
@@ -94,7 +94,7 @@ void ShowTheWindow(int show) {
     UpdateWindow(gApp.mainWindow);
 }
 
-// Escape stops a running operation; the command has no place in menus and toolbar.
+// Escape stops a running operation; menus and toolbar have no command for it.
 bool IsAbortKey(const MSG& message) {
     return message.message == WM_KEYDOWN && message.wParam == VK_ESCAPE && OperationRunning();
 }
@@ -108,7 +108,7 @@ int RunMessageLoop(HACCEL accelerators) {
             PostMessageW(gApp.mainWindow, WM_COMMAND, IDM_ABORT, 0);
             continue;
         }
-        // While a label is edited its keys belong to the edit field.
+        // A label's edit field gets all keys.
         const bool editing =
             TreeView_GetEditControl(TreeWindow()) != nullptr || ListView_GetEditControl(ListWindow()) != nullptr;
         if (!editing && accelerators != nullptr && TranslateAcceleratorW(gApp.mainWindow, accelerators, &message))
@@ -133,7 +133,8 @@ int RunProgram(const std::string& commandLine, int show) {
     const CommandLineFiles files = FilesInArgv(WithoutDebugSwitch(commandLine));
     gApp.commandLineFiles = files.names;
     gApp.commandLineFileCount = files.count;
-    // A machine whose name does not resolve still starts: the first control connection supplies the address.
+    // Without a resolvable name the program still starts: the first control connection supplies the address.
+    // Quirk: the trace is misspelt, kept.
     if (!GetLocalInfo(library.c_str())) DbgVsprintf(kFuncName, "Call to GetLocalInfo() Ffailed. Returing FALSE");
     int exitCode = 0;
     if (CreateWindows()) {
@@ -158,7 +159,7 @@ int RunProgram(const std::string& commandLine, int show) {
 
 int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, PWSTR commandLine, int show) {
     gApp.instance = instance;
-    // A drive without a disk is told in the program's own words, not asked for by the system.
+    // The program reports a drive without a disk itself; the system would ask for one.
     SetErrorMode(SEM_FAILCRITICALERRORS);
     OpenLogMutex();
     gApp.buttonMutex = CreateMutexW(nullptr, FALSE, L"BtnStateMutex");

@@ -59,7 +59,7 @@ void SetPaneFonts() {
     }
 }
 
-// What a screen reader calls the controls that show no text of their own.
+// Names for screen readers, for controls that show no text of their own.
 void NamePanes() {
     SetText(TreeWindow(), CatalogueText(MSG_NAME_OF_TREE));
     SetText(ListWindow(), CatalogueText(MSG_NAME_OF_LIST));
@@ -179,7 +179,7 @@ void ChangeDpi(HWND window, UINT dpi, const RECT& suggested) {
     RecreateTheToolbar(window);
     SetWindowPos(window, nullptr, suggested.left, suggested.top, suggested.right - suggested.left,
                  suggested.bottom - suggested.top, SWP_NOZORDER | SWP_NOACTIVATE);
-    // Also where the size stayed.
+    // Needed where the size stays the same.
     Zarn_NewSize(window);
 }
 
@@ -189,7 +189,7 @@ void Zarn_OnClose(HWND window) {
         DestroyWindow(window);
         return;
     }
-    // A question is answered first: what asked it may be the worker that the close waits for.
+    // An open question must be answered first: it may come from the worker that closing waits for.
     if (HWND dialog = OpenModalDialog()) {
         MessageBeep(MB_ICONEXCLAMATION);
         SetForegroundWindow(dialog);

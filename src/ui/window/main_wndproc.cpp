@@ -43,7 +43,7 @@ namespace {
 constexpr int kSmallestWidth = 480;  // pixels at 96 dpi
 constexpr int kSmallestHeight = 320;
 
-// What a message was answered with; empty: the system's own handling follows.
+// The answer to a message; empty: the system's default handling follows.
 using Answer = std::optional<LRESULT>;
 constexpr Answer kDone = LRESULT{0};
 
@@ -172,7 +172,7 @@ Answer OnSysCommand(HWND, WPARAM wParam, LPARAM) {
 
 Answer OnCommand(HWND window, WPARAM wParam, LPARAM lParam) {
     if (HIWORD(wParam) == EN_SETFOCUS && LOWORD(wParam) == IDC_CONSOLE) {
-        // With the caret in the console neither pane has the focus: commands that act on a selection rest.
+        // With the caret in the console neither pane has the focus, so commands that need a selection are greyed.
         gApp.focus = Pane::None;
         SetToolbarButtonState();
     }

@@ -11,7 +11,7 @@ namespace {
 constexpr int kMinimumPane = 60;  // pixels at 96 dpi
 constexpr int kKeyStep = 2;       // pixels
 
-// The bar while it is dragged: an inverted band with a checker brush, drawn a second time to take it away.
+// The bar during a drag: an inverted band with a checker brush, removed by drawing it a second time.
 class DragBand {
   public:
     explicit DragBand(HWND window) : window_(window) {
