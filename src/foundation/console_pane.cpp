@@ -15,6 +15,7 @@
 #include "foundation/error_report.h"
 #include "foundation/trace.h"
 #include "platform/system.h"
+#include "resources/resource.h"
 
 namespace {
 
@@ -188,9 +189,9 @@ bool CreateFtpConsole(WindowHandle parent) {
     GetClientRect(parent, &area);
     const DWORD style = WS_CHILD | WS_VISIBLE | WS_BORDER | WS_VSCROLL | WS_CLIPSIBLINGS | ES_MULTILINE | ES_READONLY |
                         ES_AUTOVSCROLL | ES_NOHIDESEL;
-    const HWND window = CreateWindowExW(0, L"EDIT", L"", style, 0, 0, area.right, area.bottom, parent,
-                                        reinterpret_cast<HMENU>(static_cast<INT_PTR>(kConsoleChildId)),
-                                        GetModuleHandleW(nullptr), nullptr);
+    const HWND window =
+        CreateWindowExW(0, L"EDIT", L"", style, 0, 0, area.right, area.bottom, parent,
+                        reinterpret_cast<HMENU>(static_cast<INT_PTR>(IDC_CONSOLE)), GetModuleHandleW(nullptr), nullptr);
     if (window == nullptr) {
         DbgPrintApiError(funcName, "CreateWindowEx()", platform::LastSystemError());
         DbgVsprintf(funcName, "ERROR. Returning FALSE");

@@ -8,8 +8,6 @@
 struct HWND__;
 using WindowHandle = HWND__*;
 
-inline constexpr int kConsoleChildId = 605;
-
 // Creates the pane as a child of `parent`; false on failure. `font` (a system font handle) may be null.
 bool CreateFtpConsole(WindowHandle parent);
 void SetConsoleFont(void* font);

@@ -11,6 +11,8 @@ bool StartWorker(const char* name, std::function<void()> job);
 bool WorkerRunning();
 // Cancels what the worker waits on and waits for its end; true when it ended within the time. UI thread only.
 bool StopWorker(std::uint32_t milliseconds);
+// The usual time that a worker gets.
+inline constexpr std::uint32_t kWorkerEndMs = 5000;
 
 // From here to the end of the next StopWorker: the worker leaves boxes and the connection's end to the thread that
 // stops it. Called before the first flag that makes the worker stop.

@@ -69,14 +69,11 @@ void OnCopy(HWND, UINT) {
     ShowMessageBox("Got a IDM_COPY Message", nullptr, BoxButtons::Ok, BoxIcon::None);
 }
 
-// How long a worker that is still running, such as the one that noticed the lost connection, gets to end before its
-// sockets are closed.
-constexpr std::uint32_t kWorkerEnd = 5000;  // milliseconds
-
 void OnDisconnect(HWND, UINT) {
     Site* site = gSession.activeSite != nullptr ? gSession.activeSite.load() : SelectedSite();
     if (site == nullptr) return;
-    if (WorkerRunning()) StopWorker(kWorkerEnd);
+    // The worker that noticed a lost connection may still be running; it must end before its sockets are closed.
+    if (WorkerRunning()) StopWorker(kWorkerEndMs);
     {
         const RedrawPause treePause(TreeWindow());
         const RedrawPause listPause(ListWindow());

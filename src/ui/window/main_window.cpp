@@ -42,8 +42,6 @@
 
 namespace {
 
-constexpr std::uint32_t kWorkerEnd = 5000;  // milliseconds that a worker gets to end when the window closes
-
 HWND CreateTitleBar(HWND parent) {
     return CreateWindowExW(
         0, L"STATIC", L"",
@@ -201,7 +199,7 @@ void Zarn_OnClose(HWND window) {
     if (gZarn.SAVEONEXIT != 0) ProcessCommandsWndProc(window, IDM_SAVECFG);
     if (WorkerRunning()) {
         DoPrintIdArgs(MSG_KILLING_ACTIVE_THREAD);
-        StopWorker(kWorkerEnd);
+        StopWorker(kWorkerEndMs);
     }
     StopUiCalls();
     CancelSelectionTimer();
