@@ -113,7 +113,7 @@ void FinishNewFolder(LVobject* entry, TVobject* folder, const std::string& name,
         DropNewFolder(entry);
         return;
     }
-    if (TVobject* node = TV_AddItem(folder, name, entry->type, true)) {
+    if (TVobject* node = TV_AddItem(folder, name, entry->type, NameCheck::Unique)) {
         entry->node = node;
         ++folder->folders;
     }

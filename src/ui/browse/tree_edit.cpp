@@ -10,7 +10,6 @@
 #include "foundation/error_report.h"
 #include "foundation/foundation_view.h"
 #include "foundation/message_ids.h"
-#include "foundation/text_helpers.h"
 #include "foundation/trace.h"
 #include "ftp/control/keep_alive.h"
 #include "ftp/control/remote_commands.h"
@@ -22,7 +21,6 @@
 #include "ui/browse/local_computer.h"
 #include "ui/browse/tree_selection.h"
 #include "ui/panes/tree_pane.h"
-#include "ui/screen/app.h"
 #include "ui/screen/refresh.h"
 #include "ui/screen/ui_calls.h"
 #include "ui/screen/wide_text.h"
@@ -162,7 +160,7 @@ void TV_HandleEndLabelEdit(TVobject* node, const wchar_t* newText) {
 void NameNewFolderInTree(TVobject* parent) {
     if (parent == nullptr) return;
     const std::uint32_t kind = IsLocalNode(parent) ? kKindLocalFolder : kKindFolder;
-    TVobject* node = TV_AddItem(parent, CatalogueText(MSG_NEW_FOLDER_NAME), kind, true);
+    TVobject* node = TV_AddItem(parent, CatalogueText(MSG_NEW_FOLDER_NAME), kind, NameCheck::Unique);
     if (node == nullptr) return;
     ExpandNode(parent);
     if (node->hItem == 0) return;

@@ -7,7 +7,6 @@
 #include "foundation/catalogue.h"
 #include "foundation/message_ids.h"
 #include "foundation/trace.h"
-#include "ftp/worker/session_state.h"
 #include "transfer/progress_dialog.h"
 #include "ui/bars/status_bar.h"
 #include "ui/browse/command_context.h"

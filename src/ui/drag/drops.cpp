@@ -100,7 +100,7 @@ void LV_AddTransferItem(LVobjectPtr entry) {
     }
     if (IsFolderEntry(*entry)) {
         TVobject* node = TV_FindChild(folder, name);
-        if (node == nullptr) node = TV_AddItem(folder, name, entry->type, false);
+        if (node == nullptr) node = TV_AddItem(folder, name, entry->type, NameCheck::None);
         if (node != nullptr) entry->node = node;
     }
     // Not one by one: each time the control is told a number of entries it looks at its scroll bars.

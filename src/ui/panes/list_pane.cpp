@@ -92,8 +92,7 @@ void ShowSortArrow(int logicalColumn, bool upwards) {
     }
 }
 
-void SelectIndex(int index, bool focused) {
-    const UINT bits = LVIS_SELECTED | (focused ? LVIS_FOCUSED : 0u);
+void AddState(int index, UINT bits) {
     ListView_SetItemState(gList, index, bits, bits);
 }
 
@@ -125,12 +124,12 @@ class SelectionKeeper {
         if (IsPartial()) {
             ClearSelection();
             for (int i = 0; i < EntryCount(); ++i) {
-                if (entries_.count(EntryAt(i)) != 0) SelectIndex(i, false);
+                if (entries_.count(EntryAt(i)) != 0) AddState(i, LVIS_SELECTED);
             }
         }
         if (focusedEntry_ == nullptr) return;
         const int index = IndexOfEntry(focusedEntry_);
-        ListView_SetItemState(gList, index, LVIS_FOCUSED, LVIS_FOCUSED);
+        AddState(index, LVIS_FOCUSED);
         ListView_EnsureVisible(gList, index, FALSE);
     }
 
@@ -357,7 +356,7 @@ void SelectAllEntries() {
 void SelectOnly(int index) {
     ClearSelection();
     if (EntryAt(index) == nullptr) return;
-    SelectIndex(index, true);
+    AddState(index, LVIS_SELECTED | LVIS_FOCUSED);
     ListView_EnsureVisible(gList, index, FALSE);
 }
 

@@ -230,10 +230,10 @@ TVobject* TV_AddSite(SitePtr site, HTREEITEM position) {
     return node;
 }
 
-TVobject* TV_AddItem(TVobject* parent, std::string_view name, std::uint32_t kind, bool checkDuplicate) {
+TVobject* TV_AddItem(TVobject* parent, std::string_view name, std::uint32_t kind, NameCheck check) {
     constexpr char kFuncName[] = "TV_AddItem";
     if (parent == nullptr) return nullptr;
-    if (checkDuplicate && TV_FindChild(parent, name) != nullptr) {
+    if (check == NameCheck::Unique && TV_FindChild(parent, name) != nullptr) {
         DbgVsprintf(kFuncName, "ERROR: Item Already exists in Tree. Returning FALSE");
         return nullptr;
     }
@@ -351,14 +351,14 @@ TVobject* Tv_AddInitDir(TVobject* siteNode, std::string_view directory) {
     const bool absolute = directory.front() == separator;
     const std::string_view rootName = absolute ? directory.substr(0, 1) : directory;
     TVobject* node = TV_FindChild(siteNode, rootName);
-    if (node == nullptr) node = TV_AddItem(siteNode, rootName, kKindSiteRoot, false);
+    if (node == nullptr) node = TV_AddItem(siteNode, rootName, kKindSiteRoot, NameCheck::None);
     for (std::size_t start = 1; absolute && node != nullptr && start < directory.size();) {
         const std::size_t end = std::min(directory.find(separator, start), directory.size());
         const std::string_view level = directory.substr(start, end - start);
         start = end + 1;
         if (level.empty()) continue;
         TVobject* child = TV_FindChild(node, level);
-        node = child != nullptr ? child : TV_AddItem(node, level, kKindFolder, false);
+        node = child != nullptr ? child : TV_AddItem(node, level, kKindFolder, NameCheck::None);
     }
     return node;
 }

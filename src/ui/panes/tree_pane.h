@@ -31,8 +31,10 @@ bool InitTreeViewImageLists(UINT dpi);
 // null.
 TVobject* FillTreePane(const char* lastSession);
 TVobject* TV_AddSite(SitePtr site, HTREEITEM position);
-// Adds a child below `parent` unless one of that name is there ("ERROR: Item Already exists in Tree. Returning FALSE").
-TVobject* TV_AddItem(TVobject* parent, std::string_view name, std::uint32_t kind, bool checkDuplicate);
+// Whether a child of the same name is looked for; without the check the caller knows that there is none.
+enum class NameCheck { Unique, None };
+// Adds a child below `parent`; null when the check finds one of that name.
+TVobject* TV_AddItem(TVobject* parent, std::string_view name, std::uint32_t kind, NameCheck check);
 void TV_SetChildren(TVobject* node, int children);
 void TV_DeleteChildren(TVobject* node);
 void TV_DeleteNode(TVobject* node);

@@ -5,7 +5,6 @@
 #include "foundation/catalogue.h"
 #include "foundation/console_pane.h"
 #include "foundation/foundation_view.h"
-#include "foundation/message_ids.h"
 #include "ftp/dialogs/ask_text_dialog.h"
 #include "ftp/dialogs/server_error_dialog.h"
 #include "ftp/worker/session_state.h"
