@@ -1,6 +1,6 @@
-// How long the real program takes from LIST to a shown folder of 10,000 and of 100,000 entries, how long its window
-// does not answer meanwhile, how much memory it needs, and how long its commands take there. Medians over several runs
-// of the program. Ends with 0 only if the figures asked for are reached.
+// Times the real program from LIST to a shown folder of 10,000 and of 100,000 entries: the whole, the longest time in
+// which its window does not answer, its memory, and its commands in such a folder. Prints medians over several runs of
+// the program. Exits with 0 only if the given limits are kept.
 //
 //   bench_list ROUNDS MOST_SECONDS MOST_STALL_SECONDS MOST_GROWTH     in the folder that holds the server's log
 #include <charconv>
@@ -28,7 +28,7 @@ bool Read(const char* text, Number& number) {
     return error == std::errc() && stopped == end;
 }
 
-// What was measured for one size of folder, a value per round.
+// The measurements for one size of folder, a value per round.
 struct Figures {
     std::vector<ListingTimes> listings;
     std::vector<CommandTimes> commands;
@@ -100,7 +100,7 @@ bool Verdict(const char* what, double value, double most, const char* unit) {
     return reached;
 }
 
-// What a user does in a folder of 100,000 entries, medians.
+// Commands in a folder of 100,000 entries, medians.
 struct Wanted {
     const char* what;
     double CommandTimes::*field;
@@ -133,7 +133,7 @@ int Measure(const Options& options) {
     const double seconds = MedianOf(many, &ListingTimes::allShown);
     std::printf("\n");
     bool reached = Verdict("LIST to shown, 100,000 entries", seconds, options.mostSeconds, "s");
-    // Not a median: the window is to answer in every run.
+    // The worst, not the median: the window must answer in every run.
     const double stall = Largest(Column(many.listings, &ListingTimes::longestStall));
     reached = Verdict("longest time without an answer in any run", stall, options.mostStall, "s") && reached;
     reached = Verdict("ten times the entries take as many times", seconds / MedianOf(few, &ListingTimes::allShown),

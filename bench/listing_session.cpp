@@ -28,7 +28,7 @@ bool Failed(const char* what) {
     return false;
 }
 
-// When the server noted the event for this folder last; 0 when it did not.
+// When the server last logged the event for this folder; 0 for never.
 double NotedByServer(const std::string& event, const std::string& folder) {
     std::ifstream log(kServerLog);
     std::string line;
@@ -71,7 +71,7 @@ HTREEITEM ListingSession::Root() const {
     return program_.TreeNext(program_.FindInTree(nullptr, kSite), TVGN_CHILD);
 }
 
-// The list is drawn and the program takes the next command (a view other than the one in force is offered again).
+// The list is drawn and the program accepts the next command (the toolbar offers another view).
 bool ListingSession::Settled() const {
     return IsDrawn(program_.List()) && (program_.ToolbarEnabled(40031) || program_.ToolbarEnabled(40033));
 }
@@ -92,7 +92,7 @@ bool ListingSession::WaitShown(int entries, ListingTimes& times) {
 
 bool ListingSession::List(int entries, ListingTimes& times) {
     HTREEITEM folder = nullptr;
-    OpenSelected();  // a listing closes its folder
+    OpenSelected();  // listing a folder closes its node
     program_.WaitFor([&] { return (folder = program_.FindInTree(Root(), FolderName(entries))) != nullptr; });
     if (folder == nullptr) return Failed("find the folder in the tree");
     times = {};
@@ -114,12 +114,12 @@ bool ListingSession::List(int entries, ListingTimes& times) {
     return began > 0 && times.serverSent > 0 ? true : Failed("find the listing in the server's log");
 }
 
-// By its key: the control tells its parent about every opening by the user, but only about the first by a message.
+// By key, because the control notifies its parent of every opening by the user, but only of the first by a message.
 void ListingSession::OpenSelected() const {
     program_.PressKey(program_.Tree(), VK_ADD);
 }
 
-// Sent, not posted: it returns when the command is done.
+// Sent, not posted, so that it returns when the command is done.
 double ListingSession::TimedCommand(unsigned id) const {
     const double start = Now();
     SendMessageW(program_.Main(), WM_COMMAND, id, 0);

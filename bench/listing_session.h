@@ -1,5 +1,5 @@
-// One run of the real program against the benchmark's server: connects, lists a folder with the stages timed, times the
-// commands of the list pane. Says on stderr what did not come true.
+// One run of the real program against the benchmark's server: connects, times the stages of listing a folder and the
+// commands of the list pane. Reports on stderr what failed.
 #pragma once
 
 #include <string>
@@ -7,11 +7,11 @@
 #include "ui/driver/program.h"
 #include "window_watch.h"
 
-// Seconds from the moment the server had got LIST.
+// Seconds since the server received LIST.
 struct ListingTimes {
     double serverSent = 0;    // the server had sent its final reply
     double firstShown = 0;    // the pane has entries
-    double allShown = 0;      // it has them all, is drawn, and the program takes the next command
+    double allShown = 0;      // it has them all, is drawn, and the program accepts the next command
     double longestStall = 0;  // longest time in which the window did not answer, from the choice of the folder on
     double stallBegan = 0;    // when that was, from LIST on
 };
@@ -22,7 +22,7 @@ struct CommandTimes {
     double sortByName = 0;
     double selectAll = 0;   // status bar included
     double changeView = 0;  // the slowest of the four views, with nothing selected
-    double openInTree = 0;  // the folder's own folders enter the tree
+    double openInTree = 0;  // adding the folder's own folders to the tree
     double leave = 0;       // from the root's LIST until the root is shown instead
     double leaveStall = 0;  // longest time in which the window did not answer meanwhile
 };
@@ -32,7 +32,7 @@ class ListingSession {
     // Starts the program, whose store holds the site "Benchmark", and connects.
     bool Open();
     bool List(int entries, ListingTimes& times);
-    // For the folder that List showed; ends in the root.
+    // In the folder that List showed; ends in the root.
     bool TimeCommands(int entries, CommandTimes& times);
     double PeakMegabytes() const;
     bool Close() { return program_.Close(); }

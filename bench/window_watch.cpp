@@ -2,7 +2,7 @@
 
 namespace {
 
-constexpr DWORD kPause = 2;         // milliseconds between two questions
+constexpr DWORD kPause = 2;         // milliseconds between two checks
 constexpr DWORD kPatience = 30000;  // milliseconds for an answer
 
 double Frequency() {

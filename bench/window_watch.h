@@ -1,4 +1,4 @@
-// Asks a window all the time whether it answers, from a thread of its own, and keeps the longest it took.
+// Checks all the time, on a thread of its own, whether a window answers, and keeps the longest time without an answer.
 #pragma once
 
 #include <windows.h>
@@ -17,10 +17,10 @@ class WindowWatch {
     WindowWatch& operator=(const WindowWatch&) = delete;
 
     void Start(HWND window);
-    // A question still open is waited for: it counts.
+    // Waits for a check that is still open, because it counts.
     void Stop();
     double Longest() const { return longest_; }     // seconds without an answer
-    double LongestBegan() const { return began_; }  // when that question was put, as Now()
+    double LongestBegan() const { return began_; }  // when that check began, as Now()
 
   private:
     void Ask(HWND window);

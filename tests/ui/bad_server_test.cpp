@@ -1,4 +1,4 @@
-// Servers that do not behave: each ends in a clear message, and the program can be used afterwards.
+// Misbehaving servers: each ends in a clear message, and the program can be used afterwards.
 #include "resources/resource.h"
 #include "ui/ui_fixture.h"
 
@@ -10,7 +10,7 @@ namespace {
 
 class BadServerTest : public UiTest {
   protected:
-    // After a failure the same site connects once the server behaves.
+    // After a failure the site connects again as soon as the server behaves.
     void ExpectUsableAfterwards() {
         ASSERT_TRUE(program_->WaitIdle());
         Connect();

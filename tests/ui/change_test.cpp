@@ -1,4 +1,4 @@
-// Changing what a server holds from the list and the tree: new folders, renaming in place, deleting.
+// Changing a server's files and folders from list and tree: new folders, renaming in place, deleting.
 #include "resources/resource.h"
 #include "ui/ui_fixture.h"
 

@@ -1,6 +1,5 @@
-// Every command of the program, one row each, given in every way that it can be given: as a command message, by its
-// toolbar button, from the menu bar, by its key. Each row brings the window into a state in which the command shows,
-// gives it, and looks at what came of it.
+// Every command of the program, one row each, given in every possible way: as a command message, by toolbar button,
+// from the menu bar, by key. Each row prepares the window, gives the command and checks its effect.
 #include "ui/ui_fixture.h"
 
 #include <iterator>
@@ -128,8 +127,8 @@ constexpr Row kRows[] = {
     {IDM_CLEAR_CONSOLE, "ClearConsole", nullptr, &CommandTest::KeepsTwentyLines, false, nullptr, 0},
 };
 
-// Commands that exist, but whose dialogs do not yet: greyed wherever they stand, and without effect when sent. The
-// dispatcher leaves the others to the tree's own menu.
+// Commands without a dialog yet: greyed everywhere, and without effect when sent. The rest belong to the tree's context
+// menu.
 struct SilentRow {
     unsigned id;
     const char* name;
@@ -167,7 +166,7 @@ void CommandTest::Run() {
     EXPECT_TRUE(Traced(std::string("ProcessCommandsWndProc() (WM_COMMAND) ") + traceName + " Received\r\n"));
 }
 
-// Gives the command of the case in its way.
+// Gives the case's command in the case's way.
 void CommandTest::Send() {
     const Row& row = *GetParam().row;
     switch (GetParam().way) {
@@ -424,7 +423,7 @@ void CommandTest::TogglesTheConsole() {
     EXPECT_EQ(program_->ConsoleText().find(L"220"), std::wstring::npos) << "it starts empty again";
 }
 
-// Orders by no column but that of its arrival.
+// No column sorts like the order of arrival.
 void CommandTest::SortableFolder() {
     server_->SetListing("/",
                         "-rw-r--r-- 3 carl zoo 1000 Jan 01 1999 bb.exe\r\n"

@@ -56,7 +56,7 @@ class DragTest : public UiTest {
     }
     POINT OnNode(HTREEITEM item) { return program_->ToScreen(program_->Tree(), program_->TreePlace(item)); }
 
-    // Takes an entry with the mouse; the drag has begun when it returns.
+    // Starts dragging an entry; the drag has begun when it returns.
     void PickUp(const std::wstring& name) {
         SetForegroundWindow(program_->Main());
         const POINT from = OnEntry(name);
@@ -110,7 +110,7 @@ class DragTest : public UiTest {
                 return nullptr;
             item = child;
             program_->SelectInTree(item);
-            // The folder that the program stands in, shortened to fit, ends the same.
+            // The current folder, shortened to fit, still ends with the same name.
             const std::wstring name = Wide(level);
             if (!program_->WaitFor([&] { return program_->StatusPart(kLocalFolderPart).ends_with(name); }))
                 return nullptr;
@@ -312,7 +312,7 @@ TEST_F(LinkTest, ALinkThatLeadsNowhereIsToldAndStays) {
     EXPECT_GE(program_->FindInList(L"gone -> nowhere"), 0);
 }
 
-// What another program hands over: names of files, each ended, the list ended once more.
+// The names that another program drops: each ends with a NUL, the list with another one.
 std::vector<char> DropOf(const std::vector<std::wstring>& names) {
     std::wstring list;
     for (const std::wstring& name : names) list += name + L'\0';

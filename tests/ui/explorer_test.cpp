@@ -1,5 +1,5 @@
-// What the explorer does beyond browsing: an entry's refresh after a rename, remembered directories, the keyboard's way
-// to everything, names for screen readers, the folder that it begins in.
+// Beyond browsing: refreshing an entry after a rename, remembered directories, reaching everything by keyboard, names
+// for screen readers, the folder that the program starts in.
 #include "config/initial_dirs.h"
 #include "resources/resource.h"
 #include "ui/ui_fixture.h"

@@ -9,7 +9,7 @@ using Names = std::vector<std::wstring>;
 
 class ListTest : public UiTest {
   protected:
-    // Orders by no column but that of its arrival.
+    // No column sorts like the order of arrival.
     static constexpr char kListing[] =
         "-rw-r--r-- 3 carl zoo 1000 Jan 01 1999 bb.exe\r\n"
         "-rwxr-xr-x 1 anna apes 30000 Jan 03 1999 c.txt\r\n"
@@ -29,7 +29,7 @@ class ListTest : public UiTest {
         ASSERT_TRUE(Settle());
         server_->ForgetCommands();
     }
-    // The list as it came from the server: listed once more, and the window free again.
+    // Lists the folder again, in the server's order, and waits until the program is not busy.
     bool ListAgain() {
         const int before = server_->CountCommands("LIST");
         program_->Command(IDM_TV_REFRESH);

@@ -1,4 +1,4 @@
-// Which items of the menu bar are enabled: each row of what is focused and selected, read from the menus as they open.
+// Which items of the menu bar are enabled, for each combination of focus and selection, read from the open menus.
 #include "ui/shared_program.h"
 
 #include <cctype>

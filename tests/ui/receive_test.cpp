@@ -1,4 +1,4 @@
-// Receiving files: what lands where, what is asked, and that nothing is lost.
+// Receiving files: where they arrive, what is asked, and that nothing is lost.
 #include "resources/resource.h"
 #include "ui/ui_fixture.h"
 

@@ -1,5 +1,5 @@
-// What a run leaves to the next one, how a run ends, and how one begins: column widths, place, view, split, last
-// session; a close while a transfer runs; files on the command line.
+// What one run stores for the next: column widths, place, view, split, last session. Also closing during a transfer,
+// and files on the command line.
 #include "ui/ui_fixture.h"
 
 #include "config/defaults_store.h"

@@ -1,5 +1,5 @@
-// One started program for all tests of a suite whose tests only look: each begins with the same connected window, and
-// a test that fails leaves the next one a fresh program.
+// One program for all tests of a suite that only look at it: each test begins with the same connected window, and after
+// a failed test the next one gets a fresh program.
 #pragma once
 
 #include "ui/ui_fixture.h"
@@ -11,9 +11,9 @@ class SharedProgramTest : public UiTest {
   protected:
     void SetUp() override;
     void TearDown() override;
-    // What the server holds and what the store is, before the first start.
+    // Prepares the server's files and the store before the first start.
     virtual void Prepare() {}
-    // An entry of the root by which a test knows that it is listed.
+    // An entry of the root; when it shows, the root is listed.
     virtual std::wstring RootEntry() const { return L"a.txt"; }
     // Selects the connected site's root and lists it.
     void GoToRoot();

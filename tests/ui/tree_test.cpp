@@ -27,7 +27,7 @@ class TreeTest : public UiTest {
         ASSERT_TRUE(FocusOn(program_->Tree()));
         server_->ForgetCommands();
     }
-    // How often a selection came to rest on the folder that is listed already.
+    // How often the delay ended on the folder that is listed already.
     std::size_t Landings() const {
         const std::string text = LogText();
         std::size_t count = 0;

@@ -154,7 +154,7 @@ bool UiTest::ConsoleHas(const std::wstring& text) {
     return program_->WaitFor([&] { return program_->ConsoleText().find(text) != std::wstring::npos; });
 }
 
-// Posted messages are served in their order, and this one can be asked about.
+// Posted messages are handled in order, and the effect of this one can be read back.
 bool UiTest::Settle() {
     const DWORD mark = ++settled_ + 1000;
     PostMessageW(program_->List(), LVM_SETHOVERTIME, 0, static_cast<LPARAM>(mark));

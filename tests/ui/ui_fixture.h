@@ -23,12 +23,12 @@ class UiTest : public testing::Test {
 
     // Stores the site "Test" on the scripted server (or another host and port) and starts the program.
     void StartProgram();
-    // Writes settings_ and the site to the store; the program's own start reads them.
+    // Writes settings_ and the site to the store, which the program reads when it starts.
     void FillStore();
     void StoreSite(const char* name);
-    // The program once more on the store as it stands; the running one is closed.
+    // Closes the program and starts it again with the present store.
     void Restart();
-    // The same, then connects and waits until the root is listed.
+    // Starts the program, connects and waits until the root is listed.
     void StartConnected();
     void Connect();
     bool WaitListed(const std::wstring& name);
@@ -41,9 +41,9 @@ class UiTest : public testing::Test {
     std::wstring ErrorField(HWND dialog, int id) { return Program::TextOf(GetDlgItem(dialog, id)); }
     void Picture(const std::string& name);
     bool ConsoleHas(const std::wstring& text);
-    // Every message posted so far has been dealt with.
+    // Waits until every message posted so far has been handled.
     bool Settle();
-    // From now on the program that is started traces into a log file.
+    // Programs started from now on trace into a log file.
     void TraceToLog();
     std::string LogText() const;
     bool Traced(const std::string& text);

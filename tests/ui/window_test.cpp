@@ -1,4 +1,4 @@
-// The window as it stands before and after a connection: panes, titles, toolbar, status bar, commands.
+// The window before and after a connection: panes, titles, toolbar, status bar, commands.
 #include "resources/resource.h"
 #include "ui/ui_fixture.h"
 

@@ -1,4 +1,4 @@
-// A library that the driver loads into the program: menus can only be read from inside.
+// A library that the driver loads into the program, because menus can only be read from inside.
 #include "ui/driver/menu_probe.h"
 
 // Started as a thread of the program with a MenuQuery in its memory.

@@ -1,5 +1,5 @@
-// What the menu probe tells about one menu of another program. Shared by the probe, which is loaded into that program,
-// and the driver; both are of the same bitness.
+// The description of a menu that the menu probe gives. Shared by the probe, which is loaded into the program, and the
+// driver; both must have the same pointer size.
 #pragma once
 
 #include <windows.h>

@@ -16,7 +16,7 @@ std::wstring BesideThisProgram(const wchar_t* name) {
     return folder.substr(0, folder.find_last_of(L'\\') + 1) + name;
 }
 
-// Runs a function of the program's in a thread of its own there; its exit code.
+// Runs a function in the program, on a new thread there; returns the thread's exit code.
 DWORD CallIn(HANDLE process, LPTHREAD_START_ROUTINE function, void* argument) {
     HANDLE thread = CreateRemoteThread(process, nullptr, 0, function, argument, 0, nullptr);
     if (thread == nullptr) return 0;
@@ -42,7 +42,7 @@ BOOL CALLBACK MatchMenu(HWND window, LPARAM argument) {
     return FALSE;
 }
 
-// System libraries stand at the same address in every process.
+// System libraries have the same address in every process.
 LPTHREAD_START_ROUTINE LoaderFunction() {
     return reinterpret_cast<LPTHREAD_START_ROUTINE>(
         reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"kernel32.dll"), "LoadLibraryW")));
@@ -67,7 +67,7 @@ Menus::Menus(const Program& program) : program_(program) {
     if (block_ == nullptr) return;
     WriteProcessMemory(program.Process(), block_, path.c_str(), (path.size() + 1) * sizeof(wchar_t), nullptr);
     const DWORD there = CallIn(program.Process(), LoaderFunction(), block_);
-    // Stays loaded: it is only looked at for its function's place, and its start-up code need not run here.
+    // Loaded only to find the function's offset, so its start-up code need not run. It stays loaded.
     static HMODULE here = LoadLibraryExW(path.c_str(), nullptr, DONT_RESOLVE_DLL_REFERENCES);
     if (there == 0 || here == nullptr) return;
     const void* function = reinterpret_cast<void*>(GetProcAddress(here, "DescribeMenu"));
@@ -98,7 +98,7 @@ MenuItems Menus::Read(HMENU menu) const {
     return items;
 }
 
-// The innermost menu that is open: the newest window stands first.
+// The innermost open menu: the newest window comes first.
 HWND Menus::Shown() const {
     MenuSearch search{program_.ProcessId(), nullptr};
     EnumWindows(MatchMenu, reinterpret_cast<LPARAM>(&search));
@@ -132,7 +132,7 @@ MenuItems Menus::OpenFromBar(const std::wstring& letters) {
 
 MenuItems Menus::OpenContext(HWND pane, POINT screen) {
     downsToFirst_ = 1;
-    // A menu opens where the pointer is, and must not close again because the pointer is elsewhere.
+    // The pointer must be at the menu's place, or the menu closes at once.
     SetCursorPos(screen.x, screen.y);
     PostMessageW(program_.Main(), WM_CONTEXTMENU, reinterpret_cast<WPARAM>(pane), MAKELPARAM(screen.x, screen.y));
     if (!program_.WaitFor([this] { return Shown() != nullptr; }, kNoMenuWait)) return {};

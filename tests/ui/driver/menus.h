@@ -1,5 +1,5 @@
-// The program's menus as a user meets them: opened from the menu bar or by a right click, read while they are open,
-// an item chosen with the keyboard.
+// The program's menus as a user sees them: opens them from the menu bar or by a right click, reads them while they are
+// open, and chooses items by keyboard.
 #pragma once
 
 #include <string>
@@ -32,21 +32,21 @@ class Menus {
 
     bool Ready() const { return describe_ != nullptr; }
     MenuItems Read(HMENU menu) const;
-    // Opens a menu of the bar by its letter, and by the letters of sub-menus after it; the innermost one's items.
+    // Opens a menu of the bar by its letter, then sub-menus by theirs; returns the items of the innermost one.
     MenuItems OpenFromBar(const std::wstring& letters);
-    // The menu at a place of the screen, as after a right click there. Empty: no menu came.
+    // Right-clicks a point of the screen; returns the menu's items, none if no menu opened.
     MenuItems OpenContext(HWND pane, POINT screen);
-    // As after the menu key, for the pane with the focus.
+    // Presses the menu key for the pane with the focus; returns the menu's items.
     MenuItems OpenByKey(HWND pane);
     bool IsOpen() const { return Shown() != nullptr; }
-    // Moves the highlight of the menu that is open to its first item; true when it stands there.
+    // Moves the highlight of the open menu to its first item; true when it arrived there.
     bool HighlightFirst() const;
-    // Chooses an item of the menu that is open with the arrow keys and Enter.
+    // Chooses an item of the open menu with the arrow keys and Enter.
     bool Choose(const MenuItems& items, unsigned id) const;
     bool Close() const;
 
   private:
-    static constexpr DWORD kNoMenuWait = 400;  // milliseconds after which no menu comes any more
+    static constexpr DWORD kNoMenuWait = 400;  // milliseconds to wait before concluding that no menu opens
     HWND Shown() const;
     MenuItems ReadShown() const;
     bool InMenuMode() const;

@@ -199,7 +199,7 @@ std::wstring Program::TreeText(HTREEITEM item) const {
     if (!SendMessageW(Tree(), TVM_GETITEMW, 0, reinterpret_cast<LPARAM>(Remote()))) return {};
     wchar_t text[kTextUnits] = L"";
     ReadRemote(0, &request, sizeof(request));
-    // A text on demand may have been given by a pointer of the control's own.
+    // For a text on demand the control may return a pointer of its own.
     const auto* start = reinterpret_cast<const char*>(request.pszText);
     ReadProcessMemory(process_.hProcess, start, text, sizeof(text) - sizeof(wchar_t), nullptr);
     return text;
@@ -264,7 +264,7 @@ bool IsWholePng(const std::string& path) {
 
 }  // namespace
 
-// A process of the host cannot be waited for, so the file is: what is to be seen must stay until it is whole.
+// Wine cannot wait for a process of the host, so wait for the complete file.
 bool TakeScreenshot(const std::string& unixPath) {
     std::string path = "Z:" + unixPath;
     std::replace(path.begin(), path.end(), '/', '\\');

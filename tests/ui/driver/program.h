@@ -20,7 +20,7 @@ class Program {
     Program& operator=(const Program&) = delete;
 
     // Starts Zarn32.exe (beside this program unless `path` is given) and waits for its main window, which is shown
-    // unless `hidden` says that it stays away.
+    // unless it is expected to stay `hidden`.
     bool Start(const std::wstring& arguments = L"", const std::wstring& path = L"", bool hidden = false);
     // Asks the program to close; true when it ended in time with exit code 0.
     bool Close(DWORD milliseconds = 10000);
@@ -52,10 +52,10 @@ class Program {
     void UnselectAll() const;
     void FocusPane(HWND pane) const;
     void PressKey(HWND window, WORD key) const;
-    // A key, alone or with Ctrl, as the keyboard sends it: to the window in front.
+    // Types a key, alone or with Ctrl, into the window in front.
     void TypeKey(WORD key, bool withCtrl = false) const;
     HWND Focus() const;
-    // A click of the left button at a place of a window's client area.
+    // Clicks the left button at a point of a window's client area.
     void Click(HWND window, POINT client, bool twice = false) const;
     POINT ToScreen(HWND window, POINT client) const;
     HWND Header() const { return reinterpret_cast<HWND>(SendMessageW(List(), LVM_GETHEADER, 0, 0)); }
@@ -66,7 +66,7 @@ class Program {
     std::wstring ColumnTitle(int column) const;
     bool ColumnIsRightAligned(int column) const;
     POINT ListPlace(int item) const;  // the middle of an entry's label, in the list's client area
-    // The edit field of a label that is being edited in a pane, or null.
+    // The edit field of a label being edited in a pane, or null.
     HWND LabelEdit(HWND pane) const;
 
     // Toolbar and status bar.
@@ -88,22 +88,22 @@ class Program {
     }
     int TreeImage(HTREEITEM item, bool selected) const;
 
-    // A dialog of the program (class #32770) that is visible, or null; with `caption` only one so titled.
+    // A visible dialog of the program (class #32770), with this caption if one is given; or null.
     HWND Dialog(const std::wstring& caption = L"") const;
     static std::wstring TextOf(HWND window);
     static void PressButton(HWND dialog, int id) { PostMessageW(dialog, WM_COMMAND, static_cast<WPARAM>(id), 0); }
 
-    // True when the condition became true in time; the program dying ends the wait.
+    // True when the condition became true in time; the wait ends early if the program does.
     bool WaitFor(const std::function<bool()>& condition, DWORD milliseconds = 10000) const;
-    // Not busy: the window answers and its toolbar offers a view again.
+    // Waits until the program is not busy: the window answers and its toolbar offers a view.
     bool WaitIdle(DWORD milliseconds = 15000) const;
 
   private:
-    // A block in the program's own memory, for messages that carry structures.
+    // A block in the program's memory, for messages with structures.
     void* Remote() const { return remote_; }
     bool ReadRemote(std::size_t offset, void* to, std::size_t size) const;
     bool WriteRemote(std::size_t offset, const void* from, std::size_t size) const;
-    // The rectangle that a window gives in answer to a message, `asked` standing in its place before.
+    // The rectangle that a window fills in for a message; `asked` is what it holds before.
     RECT RectFrom(HWND window, UINT message, WPARAM which, const RECT& asked) const;
 
     PROCESS_INFORMATION process_{};
@@ -111,5 +111,5 @@ class Program {
     void* remote_ = nullptr;
 };
 
-// A picture of the whole screen as a PNG (unix path); false when no tool for it is there.
+// Saves a picture of the whole screen as a PNG (unix path); false when there is no tool for it.
 bool TakeScreenshot(const std::string& unixPath);

@@ -1,5 +1,5 @@
-// What a hand does to the program's windows, and where in them: clicks, keys with Ctrl, places of entries, nodes,
-// headings, buttons and parts of the status bar.
+// Mouse and keyboard input for the program's windows, and the places to click: entries, nodes, headings, buttons, parts
+// of the status bar.
 #include "ui/driver/program.h"
 
 namespace {
@@ -107,7 +107,7 @@ void Program::ClickStatusPart(int part) const {
 POINT Program::TreePlace(HTREEITEM item) const {
     SendMessageW(Tree(), TVM_ENSUREVISIBLE, 0, reinterpret_cast<LPARAM>(item));
     RECT asked{};
-    memcpy(&asked, &item, sizeof(item));  // the message takes the item in the place of the answer
+    memcpy(&asked, &item, sizeof(item));  // the message expects the item where it puts the answer
     return MiddleOf(RectFrom(Tree(), TVM_GETITEMRECT, TRUE, asked));
 }
 

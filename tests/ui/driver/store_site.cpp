@@ -2,7 +2,8 @@
 //
 //   store_site NAME HOST PORT USER [PASSWORD] [PACKETSIZE]
 //
-// The port goes into the program's defaults: a site's own port ends at 3000, which test servers do not keep to.
+// The port is stored in the program's defaults, because a site's own port ends at 3000 and test servers use higher
+// ones.
 #include <cstdio>
 #include <string>
 

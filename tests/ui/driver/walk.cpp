@@ -1,5 +1,5 @@
-// Performs the main job on the real program as a user would, one printed line per step, a picture where there is
-// something to see. Ends with 0 only if every step held. Started by ./run, which also starts the demo server.
+// Does the main job with the real program as a user would: prints a line per step and takes pictures. Exits with 0 only
+// if every step succeeded. Started by ./run, which also starts the demo server.
 //
 //   walk          the main job, and the window from every side
 //   walk DPI      a short walk on a screen of that resolution
@@ -34,7 +34,7 @@ std::wstring ReadAll(const std::wstring& path, bool& opened) {
     return bytes;
 }
 
-// The received file beside the demo tree's own.
+// Compares the received file with the demo tree's own.
 bool SameAsServers(const std::wstring& name, const std::wstring& folder, std::size_t& size) {
     const char* tree = std::getenv("ZARN_TREE");
     std::string unixTree = tree == nullptr ? "" : tree;
@@ -74,7 +74,7 @@ class Walk {
     bool CheckReceived(const std::wstring& name, const std::wstring& folder, std::string& seen);
 
     Program program_;
-    HTREEITEM place_ = nullptr;  // the directory that the walk stands in
+    HTREEITEM place_ = nullptr;  // the directory that the walk is in
     int number_ = 0;
 };
 
@@ -148,7 +148,7 @@ bool Walk::CheckReceived(const std::wstring& name, const std::wstring& folder, s
     return same;
 }
 
-// The progress dialog stands with more than a megabyte received.
+// Waits for the progress dialog to show more than a megabyte.
 bool Walk::WaitForProgress() {
     constexpr int kBytesText = 1046;
     constexpr std::size_t kSevenDigits = 7;
@@ -162,7 +162,7 @@ bool Walk::WaitForProgress() {
         10000);
 }
 
-// The dialog may come and go unseen; the toolbar tells that the operation is over.
+// The dialog may open and close unseen; the toolbar shows when the operation is over.
 bool Walk::ReceiveOne(const std::wstring& name, const std::wstring& folder) {
     program_.FocusPane(program_.List());
     program_.SelectInList(program_.FindInList(name));
@@ -197,7 +197,7 @@ bool Walk::ReceiveAll(const char* what, const std::wstring& folder, const char* 
     return Step(what, ended && same, seen + (same ? ", byte for byte" : ""));
 }
 
-// A view is held to by the control's own style and, in details, by its headings.
+// Checks a view by the control's style and, in details, by its headings.
 bool Walk::ShowView(const char* what, unsigned command, DWORD bits, int columns) {
     program_.Command(command);
     const bool shown = program_.WaitFor([&] {
@@ -219,7 +219,7 @@ bool Walk::ShowViews() {
     return ShowView("details-unix", IDM_DETAILS_UNIX, LVS_REPORT, 8) && held;
 }
 
-// The menu of an entry, opened where the entry stands.
+// Opens an entry's context menu at its place.
 bool Walk::ShowContextMenu() {
     Menus menus(program_);
     program_.FocusPane(program_.List());
@@ -248,7 +248,7 @@ bool Walk::ToggleConsole() {
     return Step("console", hidden && shown && talks, "hidden and shown again, with the server's answers");
 }
 
-// The parts of the window follow the resolution: its icons, its text and the bar above the panes.
+// Checks that icons, text and the bars above the panes follow the resolution.
 bool Walk::CheckResolution(int dpi) {
     const LRESULT buttons = SendMessageW(program_.Toolbar(), TB_GETBUTTONSIZE, 0, 0);
     RECT status{};

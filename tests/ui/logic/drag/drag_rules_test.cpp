@@ -1,4 +1,4 @@
-// What may be dropped where, and how the tree moves under the pointer.
+// What may be dropped where, and when the tree scrolls or opens a node during a drag.
 #include "ui/drag/drag_rules.h"
 
 #include <gtest/gtest.h>

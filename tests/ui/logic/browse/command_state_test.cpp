@@ -1,4 +1,4 @@
-// What menus and toolbar offer for each focus and selection.
+// What menus and toolbar enable for each focus and selection.
 #include "ui/browse/command_state.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// Which folder the program begins in.
+// Which folder the program starts in.
 #include "ui/start/start_folder.h"
 
 #include <gtest/gtest.h>
