@@ -1,7 +1,5 @@
 #include "ui/browse/list_notify.h"
 
-#include <algorithm>
-#include <cwchar>
 #include <string>
 
 #include "foundation/catalogue.h"
@@ -18,6 +16,7 @@
 #include "ui/panes/list_pane.h"
 #include "ui/panes/pane_focus.h"
 #include "ui/screen/app.h"
+#include "ui/screen/display_text.h"
 #include "ui/screen/messages.h"
 #include "ui/screen/pane_colors.h"
 #include "ui/screen/refresh.h"
@@ -85,22 +84,15 @@ bool OnKeyDown(const NMLVKEYDOWN& key) {
     }
 }
 
-void CopyText(std::wstring_view text, wchar_t* buffer, int capacity) {
-    if (buffer == nullptr || capacity <= 0) return;
-    const std::size_t length = std::min(text.size(), static_cast<std::size_t>(capacity) - 1);
-    std::copy_n(text.data(), length, buffer);
-    buffer[length] = L'\0';
-}
-
 void FillDisplay(LVITEMW& item) {
     LVobject* entry = ShownEntryAt(item.iItem);
     if (entry == nullptr) {
-        if ((item.mask & LVIF_TEXT) != 0) CopyText({}, item.pszText, item.cchTextMax);
+        if ((item.mask & LVIF_TEXT) != 0) GiveText({}, item.pszText, item.cchTextMax);
         return;
     }
     if ((item.mask & LVIF_TEXT) != 0) {
         const int logical = LogicalColumnAt(gZarn.COLUMNS, item.iSubItem);
-        CopyText(Wide(ShownName(ColumnText(*entry, logical))), item.pszText, item.cchTextMax);
+        GiveText(Wide(ShownName(ColumnText(*entry, logical))), item.pszText, item.cchTextMax);
     }
     if ((item.mask & LVIF_IMAGE) != 0 && item.iSubItem == 0) item.iImage = ImageOf(*entry);
     if ((item.mask & LVIF_PARAM) != 0) item.lParam = reinterpret_cast<LPARAM>(entry);

@@ -1,8 +1,5 @@
 #include "ui/browse/tree_notify.h"
 
-#include <algorithm>
-#include <string>
-
 #include "foundation/trace.h"
 #include "ftp/worker/session_state.h"
 #include "ui/browse/local_computer.h"
@@ -12,6 +9,7 @@
 #include "ui/panes/pane_focus.h"
 #include "ui/panes/tree_pane.h"
 #include "ui/screen/app.h"
+#include "ui/screen/display_text.h"
 #include "ui/screen/refresh.h"
 #include "ui/screen/wide_text.h"
 
@@ -34,12 +32,7 @@ void TV_GetDispInfo(TVITEMW& item) {
         DbgVsprintf("TV_GetDispInfo", "ERROR. lpnm->item.lParam was null or Invalid. Returning");
         return;
     }
-    if ((item.mask & TVIF_TEXT) != 0 && item.pszText != nullptr && item.cchTextMax > 0) {
-        const std::wstring text = Wide(ShownName(node->pszName.view()));
-        const std::size_t length = std::min(text.size(), static_cast<std::size_t>(item.cchTextMax) - 1);
-        std::copy_n(text.data(), length, item.pszText);
-        item.pszText[length] = L'\0';
-    }
+    if ((item.mask & TVIF_TEXT) != 0) GiveText(Wide(ShownName(node->pszName.view())), item.pszText, item.cchTextMax);
     if ((item.mask & TVIF_IMAGE) != 0) item.iImage = IsSiteLike(*node) ? kSite : kClosedFolder;
     if ((item.mask & TVIF_SELECTEDIMAGE) != 0) item.iSelectedImage = IsSiteLike(*node) ? kSelectedSite : kOpenFolder;
     if ((item.mask & TVIF_CHILDREN) != 0) item.cChildren = NodeHasButton(*node) ? 1 : 0;

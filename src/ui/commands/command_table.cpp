@@ -224,21 +224,24 @@ void OnClearConsole(HWND, UINT) {
     EditClear(0, EditGetLineCount() - kConsoleLinesKept);
 }
 
+enum class WhileBusy { Refused, Allowed };
+
 struct Command {
     UINT id;
     const char* traceName;  // null: not traced
     void (*handler)(HWND window, UINT id);
+    WhileBusy whileBusy = WhileBusy::Refused;  // during a remote operation
 };
 
 constexpr Command kCommands[] = {
-    {IDM_ABORT, nullptr, OnAbort},
-    {IDM_ABOUT, "IDM_ABOUT", OnAbout},
+    {IDM_ABORT, nullptr, OnAbort, WhileBusy::Allowed},
+    {IDM_ABOUT, "IDM_ABOUT", OnAbout, WhileBusy::Allowed},
     {IDM_CMD_STAT, "IDM_CMD_STAT", OnStatistics},
     {IDM_CONNECT, "IDM_CONNECT", OnConnect},
     {IDM_COPY, "IDM_COPY", OnCopy},
     {IDM_DELETE, "IDM_DELETE", OnDelete},
-    {IDM_DISCONNECT, "IDM_DISCONNECT", OnDisconnect},
-    {IDM_EXITAPP, "IDM_EXITAPP", OnExit},
+    {IDM_DISCONNECT, "IDM_DISCONNECT", OnDisconnect, WhileBusy::Allowed},
+    {IDM_EXITAPP, "IDM_EXITAPP", OnExit, WhileBusy::Allowed},
     {IDM_HELP_CONTENTS, nullptr, OnHelp},
     {IDM_VIEW_LARGE_ICONS, nullptr, OnView},
     {IDM_VIEW_SMALL_ICONS, nullptr, OnView},
@@ -256,11 +259,11 @@ constexpr Command kCommands[] = {
     {IDM_LV_RENAME, nullptr, OnRenameEntry},
     {IDM_VIEW_LINEUP_ICONS, nullptr, OnLineUpIcons},
     {IDM_LV_REFRESH, nullptr, OnRefresh},
-    {IDM_LV_RECEIVE, "IDM_LV_RECEIVE", OnTransfer},
-    {IDM_RECEIVE, "IDM_RECEIVE", OnTransfer},
-    {IDM_SAVECFG, "IDM_SAVECFG", OnSaveConfiguration},
+    {IDM_LV_RECEIVE, "IDM_LV_RECEIVE", OnTransfer, WhileBusy::Allowed},
+    {IDM_RECEIVE, "IDM_RECEIVE", OnTransfer, WhileBusy::Allowed},
+    {IDM_SAVECFG, "IDM_SAVECFG", OnSaveConfiguration, WhileBusy::Allowed},
     {IDM_SELECTALL, "IDM_SELECTALL", OnSelectAll},
-    {IDM_SHOWCONSOLE, "IDM_SHOWCONSOLE", OnShowConsole},
+    {IDM_SHOWCONSOLE, "IDM_SHOWCONSOLE", OnShowConsole, WhileBusy::Allowed},
     {IDM_SORTBY_AUTO, "IDM_SORTBY_AUTO", OnTracedOnly},
     {IDM_SORTBY_DATE, "IDM_SORTBY_DATE", OnSort},
     {IDM_SORTBY_GROUP, "IDM_SORTBY_GROUP", OnSort},
@@ -273,9 +276,9 @@ constexpr Command kCommands[] = {
     {IDM_TV_REFRESH, nullptr, OnRefresh},
     {IDM_TV_GOTO, nullptr, OnGoTo},
     {IDM_LV_RESOLVE, nullptr, OnResolve},
-    {IDM_TV_RECEIVE, "IDM_TV_RECEIVE", OnTransfer},
-    {IDM_SETCURSOR, nullptr, OnSetCursor},
-    {IDM_CLEAR_CONSOLE, nullptr, OnClearConsole},
+    {IDM_TV_RECEIVE, "IDM_TV_RECEIVE", OnTransfer, WhileBusy::Allowed},
+    {IDM_SETCURSOR, nullptr, OnSetCursor, WhileBusy::Allowed},
+    {IDM_CLEAR_CONSOLE, nullptr, OnClearConsole, WhileBusy::Allowed},
 };
 
 const Command* FindCommand(UINT id) {
@@ -283,26 +286,6 @@ const Command* FindCommand(UINT id) {
         if (command.id == id) return &command;
     }
     return nullptr;
-}
-
-// Commands that are carried out while an operation runs.
-bool MayRunMeanwhile(UINT id) {
-    switch (id) {
-        case IDM_ABORT:
-        case IDM_ABOUT:
-        case IDM_DISCONNECT:
-        case IDM_EXITAPP:
-        case IDM_SHOWCONSOLE:
-        case IDM_SETCURSOR:
-        case IDM_CLEAR_CONSOLE:
-        case IDM_SAVECFG:
-        case IDM_RECEIVE:
-        case IDM_LV_RECEIVE:
-        case IDM_TV_RECEIVE:
-            return true;
-        default:
-            return false;
-    }
 }
 
 }  // namespace
@@ -317,7 +300,7 @@ bool ProcessCommandsWndProc(HWND window, UINT id) {
     const Command* command = FindCommand(id);
     if (command == nullptr) return false;
     if (command->traceName != nullptr) DbgVsprintf(kFuncName, "(WM_COMMAND) %s Received", command->traceName);
-    if (OperationRunning() && !MayRunMeanwhile(id)) return true;
+    if (OperationRunning() && command->whileBusy == WhileBusy::Refused) return true;
     command->handler(window, id);
     return true;
 }

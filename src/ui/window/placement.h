@@ -1,4 +1,4 @@
-// Where the main window stands: the stored place for its start, and the record of its present one in the settings.
+// The main window's place on the screen: the stored one for the start, and noting the present one in the settings.
 #pragma once
 
 #include <windows.h>
