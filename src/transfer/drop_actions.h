@@ -1,9 +1,9 @@
-// What has to be in order before files that were dropped or pasted are sent. The windows' part is
-// drop_actions_window.h, the sending itself drop_transfer.h.
+// The conditions for sending files that were dropped or pasted. Not here: the windows' part (drop_actions_window.h) and
+// the sending itself (drop_transfer.h).
 #pragma once
 
 #include "config/site.h"
 
-// True when files may be sent to the site, which then is the active one. A site that is not connected is told (7072),
-// an operation that runs refuses them (6003); the active site then stays what it is.
+// True when files may be sent to the site, which becomes the active one. A site that is not connected refuses them with
+// a box (7072), a running operation with a line (6003); the active site then does not change.
 bool ReadyForDrop(Site* site);

@@ -27,15 +27,17 @@ std::vector<std::string> FilesOfDrop(void* drop) {
 std::vector<std::string> FilesOnClipboard(WindowHandle owner) {
     std::vector<std::string> names;
     if (!IsClipboardFormatAvailable(CF_HDROP) || !OpenClipboard(static_cast<HWND>(owner))) return names;
-    // The handle stays the clipboard's.
+    // The clipboard still owns the handle.
     if (const HANDLE drop = GetClipboardData(CF_HDROP)) names = FilesOfDrop(drop);
     CloseClipboard();
     return names;
 }
 
-bool drop_files_fx(Site* site, WindowHandle owner, void (*finished)()) {
+bool drop_files_fx(Site* site, WindowHandle owner, TransferJob&& job, void (*finished)()) {
     if (!ReadyForDrop(site)) return false;
-    return OpenTransferDialog(owner, TransferStart::DropFiles, finished);
+    job.site = site;
+    job.start = TransferStart::DropFiles;
+    return OpenTransferDialog(owner, std::move(job), finished);
 }
 
 bool paste_files_fx(Site* site, WindowHandle owner, bool (*drop)(Site* site, std::vector<std::string> files)) {

@@ -2,14 +2,14 @@
 
 #include <algorithm>
 #include <string>
-#include <vector>
 
+#include "foundation/path_join.h"
 #include "foundation/trace.h"
+#include "listing/dot_entries.h"
 #include "platform/files.h"
 #include "transfer/destinations.h"
 #include "transfer/local_tree_transfer.h"
 #include "transfer/transfer_run.h"
-#include "transfer/transfer_view.h"
 
 namespace {
 
@@ -37,59 +37,57 @@ bool IsAbsolute(const std::string& path) {
 }
 
 std::string AbsolutePath(const std::string& name, const std::string& folder) {
-    std::string path = IsAbsolute(name) ? name : folder + platform::kPathSeparator + name;
+    std::string path = IsAbsolute(name) ? name : JoinLocalPath(folder, name);
     std::replace(path.begin(), path.end(), '/', platform::kPathSeparator);
     return path;
 }
 
-// One file, or one folder with all below. False ends the whole transfer.
-bool TransferPath(const std::string& path, const std::string& localStart, const std::string& remoteStart,
-                  std::atomic<bool>& abort) {
+// Sends one file, or one folder with all below. False ends the whole transfer.
+bool SendPath(TransferJob& job, const std::string& path) {
     platform::FileInfo found;
     if (!platform::GetFileInfo(path.c_str(), found)) {
         DbgVsprintf("TransferPath", "Passing over %s. It cannot be found", path.c_str());
         return true;
     }
-    if (found.isFolder && (found.name == "." || found.name == "..")) return true;
-    const std::string location = ParentOf(path);
-    if (!TransferLocalFile(location.c_str(), localStart.c_str(), remoteStart.c_str(), &found, abort)) return false;
-    if (found.isFolder && !TransferLocalTree(path.c_str(), localStart.c_str(), remoteStart.c_str(), abort))
-        abort = true;
+    if (found.isFolder && IsDotEntry(found.name)) return true;
+    if (!SendLocalItem(job, ParentOf(path), found)) return false;
+    if (found.isFolder && !SendLocalTree(job, path)) job.Stop();
     return true;
 }
 
 }  // namespace
 
-int Zarn_TransferDropFiles(std::atomic<bool>& abort) {
-    constexpr char kName[] = "Zarn_TransferDropFiles";
-    TransferRun run(TransferDirection::Upload);
-    const std::vector<std::string> paths =
-        gTransferView.droppedFiles != nullptr ? gTransferView.droppedFiles() : std::vector<std::string>();
-    if (paths.empty() || !run.Start(kName, abort)) return kNothingDone;
+int SendDroppedFiles(TransferJob& job) {
+    TransferRun run(job);
+    if (job.localPaths.empty() || !run.Start("Zarn_TransferDropFiles")) return kNothingDone;
     // The first item's folder serves for all of them.
-    const std::string localStart = ParentOf(WithoutLastSeparator(paths.front()));
-    for (const std::string& path : paths) {
-        if (abort || path.empty()) break;
-        if (!TransferPath(WithoutLastSeparator(path), localStart, run.RemoteStart(), abort)) break;
+    job.localStart = ParentOf(WithoutLastSeparator(job.localPaths.front()));
+    for (const std::string& path : job.localPaths) {
+        if (job.Stopped() || path.empty()) break;
+        if (!SendPath(job, WithoutLastSeparator(path))) break;
     }
-    return run.Done(abort);
+    return run.Done();
 }
 
-std::vector<std::string> StandardInputFiles() {
-    return gTransferView.standardInputFiles != nullptr ? gTransferView.standardInputFiles()
-                                                       : std::vector<std::string>();
+int SendNamedFiles(TransferJob& job) {
+    constexpr char kFuncName[] = "Zarn_TransferStdInFiles";
+    TransferRun run(job);
+    if (job.localPaths.empty() || !run.Start(kFuncName)) return kNothingDone;
+    DbgVsprintf(kFuncName, "Transfering %d StdIn Files", static_cast<int>(job.localPaths.size()));
+    const std::string folder = job.currentLocalFolder;
+    for (const std::string& name : job.localPaths) {
+        if (job.Stopped() || name.empty()) break;
+        const std::string path = AbsolutePath(WithoutLastSeparator(name), folder);
+        job.localStart = ParentOf(path);
+        if (!SendPath(job, path)) break;
+    }
+    return run.Done();
 }
 
-int Zarn_TransferStdInFiles(std::atomic<bool>& abort) {
-    TransferRun run(TransferDirection::Upload);
-    const std::vector<std::string> names = StandardInputFiles();
-    if (names.empty() || !run.Start("Zarn_TransferStdInFiles", abort)) return kNothingDone;
-    DbgVsprintf("Zarn_TransferStdInFiles", "Transfering %d StdIn Files", static_cast<int>(names.size()));
-    for (const std::string& name : names) {
-        if (abort || name.empty()) break;
-        // They come from anywhere, and all land in the current remote folder.
-        const std::string path = AbsolutePath(WithoutLastSeparator(name), run.LocalStart());
-        if (!TransferPath(path, ParentOf(path), run.RemoteStart(), abort)) break;
-    }
-    return run.Done(abort);
+int Zarn_TransferDropFiles(const std::atomic<bool>&) {
+    return RunRunningJob(SendDroppedFiles);
+}
+
+int Zarn_TransferStdInFiles(const std::atomic<bool>&) {
+    return RunRunningJob(SendNamedFiles);
 }

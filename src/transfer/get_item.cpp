@@ -1,4 +1,4 @@
-#include "transfer/get_put.h"
+#include "transfer/get_item.h"
 
 #include <string>
 
@@ -12,8 +12,8 @@
 #include "ftp/control/remote_commands.h"
 #include "ftp/control/reserved_names.h"
 #include "ftp/data/data_connection.h"
-#include "ftp/worker/result_codes.h"
 #include "ftp/worker/session_state.h"
+#include "listing/directory_entry.h"
 #include "platform/files.h"
 #include "platform/system.h"
 #include "transfer/item_steps.h"
@@ -24,168 +24,172 @@
 
 namespace {
 
-constexpr char kName[] = "DlgGetFile";
-constexpr std::uint32_t kErrorHandleDiskFull = 39;
-constexpr std::uint32_t kErrorNameTooLong = 206;
+constexpr char kFuncName[] = "DlgGetFile";
 
-void ShowItem(const TransferNode& node, const Site* site) {
-    SetDlgFromText(SiteName(site), node.pszLocation.c_str());
+void ShowItem(const TransferJob& job, const TransferNode& node) {
+    SetDlgFromText(SiteName(job), node.pszLocation.c_str());
     SetDlgSendToText("", node.pszDestination.c_str());
     SetByteCountText(0, node.iSize);
 }
 
-// The name on the local disk; false for a name that is refused (reported).
-bool ChooseLocalName(const Site* site, TransferNode& node, std::string& name, std::atomic<bool>& abort) {
-    const std::string remote = DisplayName(node.pszRemoteName.view());
-    std::string wanted = ConvertCase(remote, gZarn.mode.caseConversion);
+// The name on the local disk. FTP_COMPLETE, or the item's code: cancelled, or a name that is refused (shown).
+int ChooseLocalName(TransferJob& job, TransferNode& node, std::string& name) {
+    std::string converted = ConvertCase(DisplayName(node.pszRemoteName.view()), gZarn.mode.caseConversion);
     if (gZarn.mode.caseConversion == 0 && gZarn.PROMPT != 0 &&
-        !AskForName(MSG_RECEIVE_REMOTE_FILE, MSG_ENTER_LOCAL_NAME, site, wanted, abort)) {
-        node.iRetCode = FTP_ERROR;
-        return false;
+        !AskForName(job, MSG_RECEIVE_REMOTE_FILE, MSG_ENTER_LOCAL_NAME, converted)) {
+        return FTP_ERROR;
     }
-    if (FileNameIsReserved(wanted.c_str())) {
-        TransferDlgError(wanted.c_str(), kReservedOption, 0, nullptr);
-        node.iRetCode = kReservedName;
-        return false;
+    if (FileNameIsReserved(converted.c_str())) {
+        TransferDlgError(converted.c_str(), kReservedOption, 0, nullptr);
+        return kReservedName;
     }
-    name = SafeLocalName(wanted);
-    if (name != wanted) DoPrintIdArgs(MSG_UNSAFE_NAME_REPLACED, ShownName(wanted), name);
+    name = SafeLocalName(converted);
+    if (name != converted) DoPrintIdArgs(MSG_UNSAFE_NAME_REPLACED, ShownName(converted), name);
     if (name != node.pszRemoteName.view()) node.pszLocalName = OwnedText::Copy(name);
-    return true;
+    return FTP_COMPLETE;
 }
 
 // Makes the folder that holds the file the session's current one.
-bool EnterLocation(Site* site, TransferNode& node, std::atomic<bool>& abort) {
-    while (site->pszCurrentDir.empty() || site->pszCurrentDir.view() != node.pszLocation.view()) {
-        DbgVsprintf(kName, "( changing remote dir \n    from %s\n    to %s", site->pszCurrentDir.c_str(),
-                    node.pszLocation.c_str());
+int EnterLocation(TransferJob& job, const TransferNode& node) {
+    Site* site = job.site;
+    const char* location = node.pszLocation.c_str();
+    while (site->pszCurrentDir.empty() || site->pszCurrentDir.view() != location) {
+        DbgVsprintf(kFuncName, "( changing remote dir \n    from %s\n    to %s", site->pszCurrentDir.c_str(), location);
         char reply[kReplySize] = "";
-        const int result = DoCWD(site, node.pszLocation.c_str(), reply, true);
-        if (result == FTP_COMPLETE) return true;
-        node.iRetCode = result;
-        if (abort || StopRequested() || EndIfLost(kName, site, result, reply, abort)) return false;
-        if (!WantsRetry(TransferDlgError(node.pszLocation.c_str(), kRemoteFolderOption, 0, reply), abort)) return false;
+        const int result = DoCWD(site, location, reply, true);
+        if (result == FTP_COMPLETE) break;
+        if (job.Stopped() || EndIfLost(job, kFuncName, result, reply)) return result;
+        if (!WantsRetry(job, TransferDlgError(location, kRemoteFolderOption, 0, reply))) return result;
     }
-    return true;
+    return FTP_COMPLETE;
 }
 
-BoxAnswer ReportLocalError(const std::string& path, std::uint32_t error) {
-    const bool diskFull = error == platform::kErrorDiskFull || error == kErrorHandleDiskFull;
+int CodeOfLocalError(std::uint32_t error) {
+    return error == platform::kErrorAccessDenied ? kLocalAccessDenied : FTP_ERROR;
+}
+
+BoxAnswer TellLocalError(const std::string& path, std::uint32_t error) {
+    const bool diskFull = error == platform::kErrorDiskFull || error == platform::kErrorHandleDiskFull;
     return TransferDlgError(path.c_str(), diskFull ? kDiskFullOption : kLocalFileOption, error, nullptr);
 }
 
-// The file bears the time that the listing shows, taken as local time. A disk that refuses it costs nothing.
+// The file gets the time that the listing shows, taken as local time. A disk that refuses it does no harm.
 void StampTime(const std::string& path, FileTime time) {
     if (time == 0) return;
     const platform::FileHandle file = platform::OpenFile(path.c_str(), {platform::FileAccess::Write});
     if (file == platform::kNoFile || !platform::SetFileWriteTime(file, time)) {
-        DbgVsprintf(kName, "WARNING. The time of %s cannot be set", path.c_str());
+        DbgVsprintf(kFuncName, "WARNING. The time of %s cannot be set", path.c_str());
     }
     if (file != platform::kNoFile) platform::CloseFile(file);
 }
 
-// One try to fetch the file into the target. True when it stands under its final name.
-bool FetchOnce(Site* site, TransferNode& node, const ReceiveTarget& target, char mode, std::atomic<bool>& abort,
-               BoxAnswer& answer) {
-    answer = BoxAnswer::None;
-    char reply[kReplySize] = "";
+// Receives the file's bytes under the temporary name.
+ItemOutcome Retrieve(TransferJob& job, TransferNode& node, const ReceiveTarget& target, char mode) {
     const std::string command = "RETR " + DoublePercents(node.pszRemoteName.view());
+    char reply[kReplySize] = "";
+    ItemOutcome outcome;
     platform::SetLastSystemError(0);
-    const int result = DlgRetrieveFile(site, node, reply, command.c_str(), target.temporaryPath.c_str(), mode, abort);
-    const std::uint32_t localError = platform::LastSystemError();
-    if (result == FTP_COMPLETE) {
-        unsigned error = 0;
+    outcome.code = DlgRetrieveFile(job.site, node, reply, command.c_str(), target.temporaryPath.c_str(), mode,
+                                   gSession.transferAbort);
+    outcome.localError = platform::LastSystemError();
+    if (outcome.code != FTP_COMPLETE) outcome.code = node.iRetCode;
+    outcome.reply = reply;
+    return outcome;
+}
+
+// One try to fetch the file into the target. A failure has been shown, with the user's answer in the outcome.
+ItemOutcome FetchOnce(TransferJob& job, TransferNode& node, const ReceiveTarget& target, char mode) {
+    ItemOutcome outcome = Retrieve(job, node, target, mode);
+    if (outcome.code == FTP_COMPLETE) {
         StampTime(target.temporaryPath, node.time);
-        if (CommitReceiveTarget(target, error)) return true;
-        node.iRetCode = error == platform::kErrorAccessDenied ? kLocalAccessDenied : FTP_ERROR;
-        answer = ReportLocalError(target.finalPath, error);
-        return false;
-    }
-    if (node.iRetCode == FTP_COMPLETE) node.iRetCode = FTP_ERROR;
-    if (localError != 0 && !abort && !StopRequested()) {
-        answer = ReportLocalError(target.finalPath, localError);
+        outcome.localError = CommitReceiveTarget(job, target);
+        if (outcome.localError == 0) return outcome;
+        outcome.code = CodeOfLocalError(outcome.localError);
+        outcome.answer = TellLocalError(target.finalPath, outcome.localError);
+    } else if (outcome.localError != 0 && !job.Stopped()) {
+        outcome.answer = TellLocalError(target.finalPath, outcome.localError);
     } else {
-        answer = TellNetworkFailure(kName, site, node.pszRemoteName.c_str(), result, reply, MSG_BOX_FILE_NOT_COMPLETE,
-                                    abort);
+        const FailedItem item{kFuncName, node.pszRemoteName.c_str(), MSG_BOX_FILE_NOT_COMPLETE};
+        outcome.answer = TellNetworkFailure(job, item, outcome);
     }
-    return false;
+    outcome.told = true;
+    return outcome;
 }
 
-// False when there is no target: `node.iRetCode` is 2 then if the user keeps the file that is there.
-bool OpenTarget(TransferNode& node, const std::string& name, ReceiveTarget& target, std::atomic<bool>& abort) {
-    while (true) {
-        unsigned error = 0;
-        switch (OpenReceiveTarget(node.pszDestination.c_str(), name, gTransfer.replaceAll, target, error,
-                                  {node.iSize, node.time})) {
-            case TargetResult::Ready:
-                return true;
-            case TargetResult::Skipped:
-                DoPrintIdArgs(MSG_LOCAL_FILE_KEPT, name);
-                node.iRetCode = FTP_COMPLETE;
-                return false;
-            case TargetResult::Cancelled:
-                abort = true;
-                node.iRetCode = FTP_ERROR;
-                return false;
-            case TargetResult::Failed:
-                node.iRetCode = error == platform::kErrorAccessDenied ? kLocalAccessDenied : FTP_ERROR;
-                if (!WantsRetry(ReportLocalError(name, error), abort)) return false;
-                break;
-        }
+OpenedTarget OpenTarget(TransferJob& job, const TransferNode& node, const std::string& name) {
+    const IncomingFile incoming{node.pszDestination.c_str(), name, node.iSize, node.time};
+    OpenedTarget opened = OpenReceiveTarget(job, incoming);
+    while (opened.result == TargetResult::Failed && WantsRetry(job, TellLocalError(name, opened.error))) {
+        opened = OpenReceiveTarget(job, incoming);
     }
+    return opened;
 }
 
-enum class Fetched { Done, Kept, Failed };
-
-Fetched Fetch(Site* site, TransferNode& node, const std::string& name, char mode, std::atomic<bool>& abort) {
-    ReceiveTarget target;
-    if (!OpenTarget(node, name, target, abort)) {
-        return node.iRetCode == FTP_COMPLETE ? Fetched::Kept : Fetched::Failed;
+// What becomes of an item for which there is no target.
+ItemOutcome EndWithoutTarget(TransferJob& job, const OpenedTarget& opened, const std::string& name) {
+    ItemOutcome outcome;
+    outcome.told = true;
+    switch (opened.result) {
+        case TargetResult::Skipped:
+            DoPrintIdArgs(MSG_LOCAL_FILE_KEPT, name);
+            outcome.answer = BoxAnswer::No;
+            outcome.code = FTP_COMPLETE;
+            break;
+        case TargetResult::Cancelled:
+            job.Stop();
+            break;
+        default:
+            outcome.localError = opened.error;
+            outcome.code = CodeOfLocalError(opened.error);
     }
-    BoxAnswer answer = BoxAnswer::None;
+    return outcome;
+}
+
+ItemOutcome Fetch(TransferJob& job, TransferNode& node, const std::string& name, char mode) {
+    const OpenedTarget opened = OpenTarget(job, node, name);
+    if (opened.result != TargetResult::Ready) return EndWithoutTarget(job, opened, name);
+    ItemOutcome outcome;
     do {
-        if (FetchOnce(site, node, target, mode, abort, answer)) return Fetched::Done;
-    } while (WantsRetry(answer, abort) && !abort);
-    DiscardReceiveTarget(target);
-    return Fetched::Failed;
+        outcome = FetchOnce(job, node, opened.target, mode);
+        if (outcome.code == FTP_COMPLETE) return outcome;
+    } while (WantsRetry(job, outcome.answer) && !job.Stopped());
+    DiscardReceiveTarget(opened.target);
+    return outcome;
 }
 
-Fetched GetFile(Site* site, TransferNode& node, std::atomic<bool>& abort) {
+ItemOutcome GetFile(TransferJob& job, TransferNode& node) {
     SetDlgTransferingText(node.pszRemoteName.c_str());
-    ShowItem(node, site);
+    ShowItem(job, node);
+    ItemOutcome outcome;
     std::string name;
-    if (!ChooseLocalName(site, node, name, abort)) return Fetched::Failed;
+    outcome.code = ChooseLocalName(job, node, name);
+    if (outcome.code != FTP_COMPLETE) return outcome;
     const char mode = ModeFor(node.pszRemoteName.c_str());
     ShowMode(mode);
-    if (!EnterLocation(site, node, abort)) return Fetched::Failed;
-    if (abort) {
-        node.iRetCode = FTP_ERROR;
-        return Fetched::Failed;
-    }
-    return Fetch(site, node, name, mode, abort);
+    outcome.code = EnterLocation(job, node);
+    if (outcome.code == FTP_COMPLETE && job.Stopped()) outcome.code = FTP_ERROR;
+    return outcome.code == FTP_COMPLETE ? Fetch(job, node, name, mode) : outcome;
 }
 
-void CountFailure(const TransferNode& node) {
-    ++gTransfer.counters.failures;
+void CountFailure(TransferJob& job, const TransferNode& node) {
+    ++job.counters.failures;
     DoPrintIdArgs(MSG_NOT_RECEIVED, ShownName(node.pszRemoteName.view()));
 }
 
 // The process's current folder follows the folders that are made.
-bool EnterDestination(TransferNode& node, std::atomic<bool>& abort) {
-    const char* destination = node.pszDestination.c_str();
-    if (gTransfer.currentLocalFolder == destination) return true;
+bool EnterDestination(TransferJob& job, const char* destination) {
+    if (job.currentLocalFolder == destination) return true;
     while (!platform::SetCurrentFolder(destination)) {
         const std::uint32_t error = platform::LastSystemError();
-        if (WantsRetry(TransferDlgError(destination, kLocalFolderOption, error, nullptr), abort)) continue;
-        return false;
+        if (!WantsRetry(job, TransferDlgError(destination, kLocalFolderOption, error, nullptr))) return false;
     }
-    gTransfer.currentLocalFolder = destination;
+    job.currentLocalFolder = destination;
     return true;
 }
 
 // 0, or the system error. A folder that is there already is as good as a new one; a file in its place is not.
 std::uint32_t MakeFolder(const std::string& path) {
-    if (path.empty()) return kErrorNameTooLong;
+    if (path.empty()) return platform::kErrorNameTooLong;
     if (platform::CreateFolder(path.c_str())) return 0;
     const std::uint32_t error = platform::LastSystemError();
     platform::FileInfo info;
@@ -196,55 +200,53 @@ std::uint32_t MakeFolder(const std::string& path) {
 
 }  // namespace
 
-bool DlgGetFile(TransferNode* node, std::atomic<bool>& abort) {
+ItemOutcome GetItem(TransferJob& job, TransferNode& node) {
     SetProgressBar(0);
-    Site* site = gSession.activeSite;
-    if (node == nullptr || site == nullptr || node->pszRemoteName.empty() || node->pszLocation.empty() ||
-        node->pszDestination.empty() || abort) {
-        return FailItem(node, FTP_ERROR);
+    const bool incomplete = node.pszRemoteName.empty() || node.pszLocation.empty() || node.pszDestination.empty();
+    if (incomplete || job.site == nullptr || job.Stopped()) return FailItem(FTP_ERROR);
+    ItemOutcome outcome;
+    if ((node.NodeType & kNodeFile) != 0) {
+        outcome = GetFile(job, node);
+    } else {
+        DbgVsprintf(kFuncName, "not a file:%s. Returning FALSE", node.pszRemoteName.c_str());
     }
-    if ((node->NodeType & kNodeFile) == 0) {
-        DbgVsprintf(kName, "not a file:%s. Returning FALSE", node->pszRemoteName.c_str());
-        CountFailure(*node);
-        return FailItem(node, FTP_ERROR);
-    }
-    const Fetched fetched = GetFile(site, *node, abort);
-    if (fetched == Fetched::Failed) {
-        CountFailure(*node);
-        return FailItem(node, node->iRetCode);
-    }
-    SetProgressBar(kBarEnd);
-    if (fetched == Fetched::Done) {
-        ++gTransfer.counters.files;
-        RefreshCountersText();
-    }
-    return true;
+    const bool done = outcome.code == FTP_COMPLETE;
+    const bool kept = done && outcome.answer == BoxAnswer::No;
+    SetProgressBar(done ? kBarEnd : 0);
+    if (!done) CountFailure(job, node);
+    if (done && !kept) CountFile(job);
+    return outcome;
 }
 
-bool DlgCreateDir(TransferNode* node, std::atomic<bool>& abort) {
+ItemOutcome CreateLocalFolder(TransferJob& job, TransferNode& node) {
     SetProgressBar(0);
-    if (node == nullptr || node->pszDestination.empty() || node->pszRemoteName.empty() || abort) {
-        return FailItem(node, FTP_ERROR);
-    }
-    const char* name = node->pszLocalName.empty() ? node->pszRemoteName.c_str() : node->pszLocalName.c_str();
+    if (node.pszDestination.empty() || node.pszRemoteName.empty() || job.Stopped()) return FailItem(FTP_ERROR);
+    const char* name = node.pszLocalName.empty() ? node.pszRemoteName.c_str() : node.pszLocalName.c_str();
     SetProgressBar(kBarStarted);
     SetDlgCreatingText(name);
-    ShowItem(*node, gSession.activeSite);
+    ShowItem(job, node);
     ShowMode('A');
-    if (!EnterDestination(*node, abort)) return FailItem(node, FTP_ERROR);
+    if (!EnterDestination(job, node.pszDestination.c_str())) return FailItem(FTP_ERROR);
 
-    const std::string path = BoundedLocalPath(node->pszDestination.view(), SafeLocalName(name));
+    const std::string path = BoundedLocalPath(node.pszDestination.view(), SafeLocalName(name));
     while (const std::uint32_t error = MakeFolder(path)) {
-        node->iRetCode = error == platform::kErrorAccessDenied ? kLocalAccessDenied : FTP_ERROR;
-        if (abort) return FailItem(node, node->iRetCode);
-        if (WantsRetry(TransferDlgError(name, kCreateFolderOption, error, nullptr), abort)) continue;
-        // Nothing that belongs into this folder could be stored.
-        abort = true;
-        return FailItem(node, node->iRetCode);
+        if (job.Stopped()) return FailItem(CodeOfLocalError(error));
+        if (WantsRetry(job, TransferDlgError(name, kCreateFolderOption, error, nullptr))) continue;
+        // Nothing that belongs in this folder could be stored.
+        job.Stop();
+        return FailItem(CodeOfLocalError(error));
     }
-    ++gTransfer.counters.folders;
-    RefreshCountersText();
+    CountFolder(job);
     SetProgressBar(kBarEnd);
-    node->iRetCode = FTP_COMPLETE;
-    return true;
+    ItemOutcome outcome;
+    outcome.code = FTP_COMPLETE;
+    return outcome;
+}
+
+bool DlgGetFile(TransferNode* node, const std::atomic<bool>& abort) {
+    return RunForNode(node, abort, GetItem);
+}
+
+bool DlgCreateDir(TransferNode* node, const std::atomic<bool>& abort) {
+    return RunForNode(node, abort, CreateLocalFolder);
 }

@@ -20,45 +20,60 @@ constexpr std::size_t kLongestAnswer = 519;
 
 }  // namespace
 
+ItemOutcome FailItem(int code) {
+    SetProgressBar(0);
+    ItemOutcome outcome;
+    outcome.code = code;
+    return outcome;
+}
+
+bool RunForNode(TransferNode* node, const std::atomic<bool>& abort, ItemOutcome (*step)(TransferJob&, TransferNode&)) {
+    TransferJob* job = RunningJob();
+    const bool refused = node == nullptr || job == nullptr || abort;
+    const int code = refused ? FailItem(FTP_ERROR).code : step(*job, *node).code;
+    if (node != nullptr) node->iRetCode = code;
+    return code == FTP_COMPLETE;
+}
+
+void CountFile(TransferJob& job) {
+    ++job.counters.files;
+    RefreshCountersText(job.counters);
+}
+
+void CountFolder(TransferJob& job) {
+    ++job.counters.folders;
+    RefreshCountersText(job.counters);
+}
+
 BoxAnswer ShowTransferBox(const OwnedText& text, BoxButtons buttons) {
     const OwnedText caption = Zarn_ResString(MSG_TRANSFER_ERROR_CAPTION);
     return ShowMessageBox(text.c_str(), caption.get(), buttons, BoxIcon::Exclamation);
 }
 
-bool FailItem(TransferNode* node, int code) {
-    if (node != nullptr) node->iRetCode = code;
-    SetProgressBar(0);
-    return false;
+const char* SiteName(const TransferJob& job) {
+    return job.site != nullptr ? job.site->pszSessionName.c_str() : "";
 }
 
-const char* SiteName(const Site* site) {
-    return site != nullptr ? site->pszSessionName.c_str() : "";
-}
-
-bool WantsRetry(BoxAnswer answer, std::atomic<bool>& abort) {
-    if (answer == BoxAnswer::Abort) abort = true;
+bool WantsRetry(TransferJob& job, BoxAnswer answer) {
+    if (answer == BoxAnswer::Abort) job.Stop();
     return answer == BoxAnswer::Retry;
-}
-
-void ShowMode(char mode) {
-    if (gTransferView.setMode != nullptr) gTransferView.setMode(mode);
 }
 
 char ModeFor(const char* fileName) {
     return gZarn.mode.useModeMapping != 0 ? GetTransferMode(fileName) : gZarn.mode.mode;
 }
 
-bool AskForName(unsigned captionId, unsigned promptId, const Site* site, std::string& name, std::atomic<bool>& abort) {
+bool AskForName(TransferJob& job, unsigned captionId, unsigned promptId, std::string& name) {
     if (gSessionView.askText == nullptr) return true;
-    // The field begins with the site's name, as wanted; left standing it is no part of the answer.
-    const std::string prefix = std::string(SiteName(site)) + " : ";
+    // Quirk: the field is prefilled with the site's name, too, kept. Left there, it is not part of the answer.
+    const std::string prefix = std::string(SiteName(job)) + " : ";
     TextQuestion question;
     question.caption = CatalogueText(captionId);
     question.prompt = Zarn_ResVsprintf(promptId, ShownName(name)).c_str();
     question.longest = kLongestAnswer;
     std::string answer = prefix + name;
     if (!gSessionView.askText(question, answer)) {
-        abort = true;
+        job.Stop();
         return false;
     }
     if (answer.starts_with(prefix)) answer.erase(0, prefix.size());
@@ -66,40 +81,40 @@ bool AskForName(unsigned captionId, unsigned promptId, const Site* site, std::st
     return true;
 }
 
-bool EndIfLost(const char* caller, Site* site, int result, const char* reply, std::atomic<bool>& abort) {
-    if (!EndLostConnection(caller, site, result, reply)) return false;
-    abort = true;
+bool EndIfLost(TransferJob& job, const char* caller, int result, const char* reply) {
+    if (!EndLostConnection(caller, job.site, result, reply)) return false;
+    job.Stop();
     return true;
 }
 
-int EnterRemoteFolder(const char* caller, Site* site, const char* path, std::atomic<bool>& abort) {
+int EnterRemoteFolder(TransferJob& job, const char* caller, const char* path) {
+    Site* site = job.site;
     while (site->pszCurrentDir.view() != path) {
         char reply[kReplySize] = "";
         const int result = ChkForRdir(site, path, false, nullptr, reply);
-        // A folder that was made but cannot be entered is a success there; a file would land elsewhere.
+        // ChkForRdir succeeds for a folder that was made but cannot be entered; a file would be stored elsewhere.
         if (result == FTP_COMPLETE && site->pszCurrentDir.view() == path) break;
         DbgVsprintf(caller, "Call to ChkForRdir(%s) Failed. Returning FALSE", path);
         const int failure = result == FTP_COMPLETE ? FTP_ERROR : result;
-        if (abort || StopRequested() || EndIfLost(caller, site, result, reply, abort)) return failure;
-        if (!WantsRetry(TransferDlgError(path, kRemoteFolderOption, 0, reply), abort)) return failure;
+        if (job.Stopped() || EndIfLost(job, caller, result, reply)) return failure;
+        if (!WantsRetry(job, TransferDlgError(path, kRemoteFolderOption, 0, reply))) return failure;
     }
     return FTP_COMPLETE;
 }
 
-BoxAnswer TellTimeOut(const Site* site, const char* name, std::atomic<bool>& abort) {
+BoxAnswer TellTimeOut(const TransferJob& job, const char* name) {
     const OwnedText text = Zarn_ResVsprintf(MSG_BOX_TRANSFER_TIMED_OUT, ShownName(name), gZarn.port.timeout);
-    const bool canGoOn = HasControlSocket(site);
+    const bool canGoOn = HasControlSocket(job.site);
     const BoxAnswer answer = ShowTransferBox(text, canGoOn ? BoxButtons::AbortRetryIgnore : BoxButtons::Ok);
-    const bool goesOn = answer == BoxAnswer::Retry || answer == BoxAnswer::Ignore;
-    if (goesOn) SetTransferAbort(false);
-    abort = !goesOn;
+    // The flag was set by the time-out; any other answer leaves it set.
+    if (answer == BoxAnswer::Retry || answer == BoxAnswer::Ignore) SetTransferAbort(false);
     return answer;
 }
 
-BoxAnswer TellNetworkFailure(const char* caller, Site* site, const char* name, int result, const char* reply,
-                             unsigned incompleteId, std::atomic<bool>& abort) {
-    if (StoppedByTimeOut()) return TellTimeOut(site, name, abort);
-    if (abort || StopRequested() || EndIfLost(caller, site, result, reply, abort)) return BoxAnswer::None;
-    if (IsRefusal(reply)) return TransferDlgError(name, kRefusedOption, 0, reply);
-    return ShowTransferBox(Zarn_ResVsprintf(incompleteId, ShownName(name)), BoxButtons::AbortRetryIgnore);
+BoxAnswer TellNetworkFailure(TransferJob& job, const FailedItem& item, const ItemOutcome& outcome) {
+    if (StoppedByTimeOut()) return TellTimeOut(job, item.name);
+    const char* reply = outcome.reply.c_str();
+    if (job.Stopped() || EndIfLost(job, item.caller, outcome.code, reply)) return BoxAnswer::None;
+    if (IsRefusal(reply)) return TransferDlgError(item.name, kRefusedOption, 0, reply);
+    return ShowTransferBox(Zarn_ResVsprintf(item.incompleteId, ShownName(item.name)), BoxButtons::AbortRetryIgnore);
 }

@@ -9,29 +9,29 @@
 #include "foundation/catalogue.h"
 #include "foundation/foundation_view.h"
 #include "foundation/message_ids.h"
+#include "foundation/path_join.h"
 #include "foundation/trace.h"
 #include "ftp/data/transfer_node.h"
-#include "ftp/worker/session_state.h"
 #include "platform/system.h"
 #include "transfer/destinations.h"
-#include "transfer/get_put.h"
 #include "transfer/item_steps.h"
-#include "transfer/transfer_progress.h"
+#include "transfer/put_item.h"
+#include "transfer/transfer_view.h"
 
 namespace {
 
-constexpr char kName[] = "TransferLocalTree";
+constexpr char kFuncName[] = "TransferLocalTree";
 
 bool IsMissing(const char* text) {
     return text == nullptr || *text == '\0';
 }
 
-// The low half less the high half, as wanted: the high half is 0 for every file that is sent.
+// Quirk: the low half less the high half, kept. The high half is 0 for every file that is sent.
 std::uint32_t NodeSize(std::uint64_t size) {
     return static_cast<std::uint32_t>(size) - static_cast<std::uint32_t>(size >> 32);
 }
 
-TransferNodePtr MakeNode(const char* location, const platform::FileInfo& found) {
+TransferNodePtr MakeNode(const std::string& location, const platform::FileInfo& found) {
     TransferNodePtr node(new (std::nothrow) TransferNode());
     if (!node) return nullptr;
     node->pszLocation = OwnedText::Copy(location);
@@ -41,32 +41,25 @@ TransferNodePtr MakeNode(const char* location, const platform::FileInfo& found) 
     return node->pszLocation && node->pszLocalName ? std::move(node) : nullptr;
 }
 
-std::string PathInside(const char* folder, const std::string& name) {
-    std::string path = folder;
-    if (path.back() != platform::kPathSeparator) path += platform::kPathSeparator;
-    return path + name;
-}
-
-// What stands at the top of a drop must lie in the folder of its first item.
-bool Map(TransferNode& node, const char* localStart, const char* remoteStart) {
-    if (Zarn_GetDestination(localStart, remoteStart, node, true)) return true;
-    ++gTransfer.counters.failures;
-    const OwnedText text = Zarn_ResVsprintf(MSG_BOX_OUTSIDE_LOCAL_START,
-                                            ShownName(PathInside(node.pszLocation.c_str(), node.pszLocalName.c_str())),
-                                            ShownName(localStart));
+// Every item at the top of a drop must be in the folder of the first one.
+bool FindDestination(TransferJob& job, TransferNode& node) {
+    if (Zarn_GetDestination(job.localStart.c_str(), job.remoteStart.c_str(), node, true)) return true;
+    ++job.counters.failures;
+    const std::string path = JoinLocalPath(node.pszLocation.view(), node.pszLocalName.view());
+    const OwnedText text = Zarn_ResVsprintf(MSG_BOX_OUTSIDE_LOCAL_START, ShownName(path), ShownName(job.localStart));
     ShowTransferBox(text, BoxButtons::Ok);
     return false;
 }
 
 // The new item as the list shows it until the folder is listed again.
-LVobjectPtr MakeEntry(const TransferNode& node) {
+LVobjectPtr MakeEntry(const TransferJob& job, const TransferNode& node) {
     const bool isFolder = (node.NodeType & kNodeFolder) != 0;
     const OwnedText& sent = node.pszRemoteName.empty() ? node.pszLocalName : node.pszRemoteName;
     const OwnedText& name = node.pszStoredName.empty() ? sent : node.pszStoredName;
     LVobjectTemplate filling;
     filling.name = name.c_str();
     filling.mode = isFolder ? "d---------" : "----------";
-    filling.owner = gSession.activeSite.load()->pszUID.c_str();
+    filling.owner = job.site->pszUID.c_str();
     filling.group = "group";
     filling.links = 1;
     filling.size = node.iSize;
@@ -78,78 +71,86 @@ LVobjectPtr MakeEntry(const TransferNode& node) {
     return entry;
 }
 
-void AddToList(const TransferNode& node) {
-    if (node.pszDestination.view() != gTransfer.listedFolder || gTransferView.addListedEntry == nullptr) return;
-    LVobjectPtr entry = MakeEntry(node);
-    if (entry) gTransferView.addListedEntry(std::move(entry));
+void AddToList(const TransferJob& job, const TransferNode& node) {
+    if (node.pszDestination.view() != job.listedFolder) return;
+    LVobjectPtr entry = MakeEntry(job, node);
+    if (entry) gTransferView.addListedEntry(job.site, job.targetFolder, std::move(entry));
 }
-
-enum class Choice { GoOn, Stop };
 
 // A folder that cannot be read counts as one failure, whatever is in it.
-Choice TellUnreadableFolder(const char* path, std::uint32_t error, bool& retry) {
+BoxAnswer TellUnreadableFolder(const std::string& path, std::uint32_t error) {
     const OwnedText text =
         Zarn_ResVsprintf(MSG_BOX_CANNOT_LIST_LOCAL_FOLDER, ShownName(path), platform::SystemErrorText(error));
-    const BoxAnswer answer = ShowTransferBox(text, BoxButtons::AbortRetryIgnore);
-    retry = answer == BoxAnswer::Retry;
-    if (!retry) ++gTransfer.counters.failures;
-    return answer == BoxAnswer::Ignore ? Choice::GoOn : Choice::Stop;
+    return ShowTransferBox(text, BoxButtons::AbortRetryIgnore);
 }
 
-// Which of the folder's items are to be sent. With Stop the transfer is over.
-Choice ReadFolder(const char* path, std::vector<platform::FileInfo>& entries) {
-    bool retry = true;
-    Choice choice = Choice::GoOn;
-    while (retry) {
+// What is in the folder; nothing when the user goes on without it. False ends the transfer.
+bool ReadFolder(TransferJob& job, const std::string& path, std::vector<platform::FileInfo>& entries) {
+    BoxAnswer answer = BoxAnswer::Retry;
+    while (answer == BoxAnswer::Retry) {
         entries.clear();
-        if (platform::ListFolder(path, entries)) return Choice::GoOn;
+        if (platform::ListFolder(path.c_str(), entries)) return true;
         const std::uint32_t error = platform::LastSystemError();
-        DbgVsprintf(kName, "ERROR. Call to FindFirstFile(%s) Failed!", path);
-        choice = TellUnreadableFolder(path, error, retry);
+        DbgVsprintf(kFuncName, "ERROR. Call to FindFirstFile(%s) Failed!", path.c_str());
+        answer = TellUnreadableFolder(path, error);
     }
     entries.clear();
-    return choice;
+    ++job.counters.failures;
+    return answer == BoxAnswer::Ignore;
 }
 
-bool TransferSubFolder(const char* treePath, const char* localStart, const char* remoteStart,
-                       const platform::FileInfo& found, std::atomic<bool>& abort) {
-    const std::string path = PathInside(treePath, found.name);
+bool SendSubFolder(TransferJob& job, const std::string& treePath, const platform::FileInfo& found) {
+    const std::string path = JoinLocalPath(treePath, found.name);
     if (found.isLink) {
         DoPrintIdArgs(MSG_LOCAL_LINK_SKIPPED, ShownName(path));
         return true;
     }
-    if (TransferLocalFile(treePath, localStart, remoteStart, &found, abort) &&
-        TransferLocalTree(path.c_str(), localStart, remoteStart, abort)) {
-        return true;
-    }
-    abort = true;
+    if (SendLocalItem(job, treePath, found) && SendLocalTree(job, path)) return true;
+    job.Stop();
     return false;
+}
+
+// The running job with the start folders that an entry point was given; null when there is nothing to run.
+TransferJob* JobFrom(const char* localStart, const char* remoteStart) {
+    TransferJob* job = RunningJob();
+    if (job == nullptr) return nullptr;
+    job->localStart = localStart != nullptr ? localStart : "";
+    job->remoteStart = remoteStart != nullptr ? remoteStart : "";
+    return job;
 }
 
 }  // namespace
 
-bool TransferLocalFile(const char* location, const char* localStart, const char* remoteStart,
-                       const platform::FileInfo* found, std::atomic<bool>& abort) {
-    if (IsMissing(location) || IsMissing(localStart) || IsMissing(remoteStart) || found == nullptr) return false;
-    const TransferNodePtr node = MakeNode(location, *found);
-    if (!node || !Map(*node, localStart, remoteStart)) return false;
-    bool ignored = false;
-    if (!DlgPutFile(node.get(), abort, &ignored)) return ignored;
-    AddToList(*node);
+bool SendLocalItem(TransferJob& job, const std::string& location, const platform::FileInfo& found) {
+    const TransferNodePtr node = MakeNode(location, found);
+    if (!node || !FindDestination(job, *node)) return false;
+    const ItemOutcome outcome = PutItem(job, *node);
+    if (outcome.code != FTP_COMPLETE) return GoesOnWithout(job, outcome);
+    AddToList(job, *node);
     return true;
 }
 
-bool TransferLocalTree(const char* treePath, const char* localStart, const char* remoteStart,
-                       std::atomic<bool>& abort) {
-    if (IsMissing(treePath)) return false;
+bool SendLocalTree(TransferJob& job, const std::string& treePath) {
     std::vector<platform::FileInfo> entries;
-    if (ReadFolder(treePath, entries) == Choice::Stop) return false;
+    if (!ReadFolder(job, treePath, entries)) return false;
     bool done = true;
     for (const platform::FileInfo& found : entries) {
-        if (abort) break;
-        done = found.isFolder ? TransferSubFolder(treePath, localStart, remoteStart, found, abort)
-                              : TransferLocalFile(treePath, localStart, remoteStart, &found, abort);
+        if (job.Stopped()) break;
+        done = found.isFolder ? SendSubFolder(job, treePath, found) : SendLocalItem(job, treePath, found);
         if (!done) break;
     }
     return done;
+}
+
+bool TransferLocalFile(const char* location, const char* localStart, const char* remoteStart,
+                       const platform::FileInfo* found, const std::atomic<bool>& abort) {
+    const bool missing = IsMissing(location) || IsMissing(localStart) || IsMissing(remoteStart) || found == nullptr;
+    TransferJob* job = missing || abort ? nullptr : JobFrom(localStart, remoteStart);
+    return job != nullptr && SendLocalItem(*job, location, *found);
+}
+
+bool TransferLocalTree(const char* treePath, const char* localStart, const char* remoteStart,
+                       const std::atomic<bool>& abort) {
+    TransferJob* job = IsMissing(treePath) || abort ? nullptr : JobFrom(localStart, remoteStart);
+    return job != nullptr && SendLocalTree(*job, treePath);
 }

@@ -6,6 +6,7 @@
 
 #include <atomic>
 #include <string>
+#include <utility>
 
 #include "foundation/catalogue.h"
 #include "foundation/error_report.h"
@@ -23,31 +24,30 @@
 #include "transfer/replace_dialog.h"
 #include "transfer/selection_transfer.h"
 #include "transfer/transfer_progress.h"
-#include "transfer/transfer_view.h"
 
 namespace {
 
 constexpr char kFuncName[] = "TransferDlgProc";
 constexpr std::uint32_t kWorkerEnd = 5000;  // milliseconds that a cancelled worker gets
-constexpr int kBarRange = 1000;
 constexpr UINT_PTR kAbortTimer = 1;
 constexpr UINT_PTR kCancelTimer = 2;
+constexpr UINT_PTR kDrawTimer = 3;
 constexpr UINT kAbortRepeat = 100;  // milliseconds
+constexpr UINT kDrawPeriod = 50;    // milliseconds: at most 20 times a second
 
-// Sent by the worker, but for the last, which is posted.
+// Posted by the worker, which does not wait; only the question is sent.
 constexpr UINT kShowDialog = WM_APP + 1;
-constexpr UINT kShowPath = WM_APP + 2;    // wParam: control, lParam: const char*
-constexpr UINT kAskReplace = WM_APP + 3;  // lParam: Asking*
-constexpr UINT kWorkerDone = WM_APP + 4;
+constexpr UINT kWorkerDone = WM_APP + 2;
+constexpr UINT kAskReplace = WM_APP + 3;  // lParam: PendingQuestion*
 
-struct Asking {
+struct PendingQuestion {
     const ReplaceQuestion& question;
     ReplaceAnswer answer = ReplaceAnswer::Cancel;
 };
 
 struct StartKind {
     TransferStart start;
-    int (*transfer)(std::atomic<bool>& abort);
+    int (*transfer)(const std::atomic<bool>& abort);
     const char* name;
 };
 constexpr StartKind kStartKinds[] = {
@@ -60,7 +60,9 @@ constexpr StartKind kStartKinds[] = {
 
 struct ProgressDialog {
     std::atomic<HWND> window{nullptr};
+    std::atomic<bool> showRequested{false};
     // The window's thread only.
+    TransferProgress drawn;
     HWND owner = nullptr;
     bool ownerDisabled = false;
     bool hasWorker = false;
@@ -81,17 +83,7 @@ bool TextsAreThere() {
     return Zarn_ResString(MSG_CREATING_DIRECTORY) && Zarn_ResString(MSG_TRANSFERING_FILE);
 }
 
-void ShowTheDialog(HWND dialog) {
-    if (IsWindowVisible(dialog)) return;
-    if (gDialog.owner != nullptr && IsWindowEnabled(gDialog.owner)) {
-        EnableWindow(gDialog.owner, FALSE);
-        gDialog.ownerDisabled = true;
-    }
-    ShowWindow(dialog, SW_SHOW);
-    SetFocus(GetDlgItem(dialog, IDC_TRANSFER_ABORT));
-}
-
-void ShowPath(HWND dialog, int item, const char* path) {
+void DrawPath(HWND dialog, int item, const std::string& path) {
     const HWND control = GetDlgItem(dialog, item);
     RECT area{};
     GetClientRect(control, &area);
@@ -101,19 +93,53 @@ void ShowPath(HWND dialog, int item, const char* path) {
     SetText(control, fitted.empty() ? path : fitted);
 }
 
-void AskReplace(HWND dialog, Asking& asking) {
+void DrawMode(HWND dialog, char mode) {
+    const int checked = mode == 'A' ? IDC_TRANSFER_ASCII : mode == 'L' ? IDC_TRANSFER_L8 : IDC_TRANSFER_BINARY;
+    CheckRadioButton(dialog, IDC_TRANSFER_ASCII, IDC_TRANSFER_L8, checked);
+}
+
+// Draws what has changed in the published record since the last time.
+void Draw(HWND dialog) {
+    const TransferProgress before = gDialog.drawn;
+    TransferProgress& now = gDialog.drawn;
+    if (!ReadTransferProgress(now)) return;
+    if (now.item != before.item) SetItemText(dialog, IDC_TRANSFER_NAME, now.item);
+    if (now.source != before.source) DrawPath(dialog, IDC_TRANSFER_FROM, now.source);
+    if (now.destination != before.destination) DrawPath(dialog, IDC_TRANSFER_TO, now.destination);
+    if (now.bytes != before.bytes) SetItemText(dialog, IDC_TRANSFER_BYTES, now.bytes);
+    if (now.counters != before.counters) SetItemText(dialog, IDC_TRANSFER_COUNTERS, now.counters);
+    if (now.mode != before.mode) DrawMode(dialog, now.mode);
+    if (now.bar != before.bar) {
+        SendDlgItemMessageW(dialog, IDC_TRANSFER_BAR, PBM_SETPOS, static_cast<WPARAM>(now.bar), 0);
+    }
+}
+
+void ShowTheDialog(HWND dialog) {
+    if (IsWindowVisible(dialog)) return;
+    Draw(dialog);
+    SetTimer(dialog, kDrawTimer, kDrawPeriod, nullptr);
+    if (gDialog.owner != nullptr && IsWindowEnabled(gDialog.owner)) {
+        EnableWindow(gDialog.owner, FALSE);
+        gDialog.ownerDisabled = true;
+    }
+    ShowWindow(dialog, SW_SHOW);
+    SetFocus(GetDlgItem(dialog, IDC_TRANSFER_ABORT));
+}
+
+void AskReplace(HWND dialog, PendingQuestion& pending) {
     // An abort that came while the worker was on its way here is the answer.
     if (StopRequested()) return;
     ShowTheDialog(dialog);
-    asking.answer = ShowReplaceDialog(dialog, asking.question);
+    pending.answer = ShowReplaceDialog(dialog, pending.question);
 }
 
+// Ends the call that the worker is waiting in.
 void EndWait() {
     gDialog.cancelledCall = BlockingCallNumber();
     CancelBlockingCall();
 }
 
-// The wait that the worker is in is ended; what it does afterwards to leave the server in step is not disturbed.
+// Ends only the call that the worker is in: what it does next keeps the control connection in step.
 void Abort(HWND dialog) {
     DbgVsprintf(kFuncName, "Aborting the Transfer");
     SetTransferAbort(true);
@@ -121,7 +147,7 @@ void Abort(HWND dialog) {
     SetTimer(dialog, kAbortTimer, kAbortRepeat, nullptr);
 }
 
-// A call that was just about to wait when it was cancelled waits on: then once more.
+// A call that had not yet begun to wait was missed and is cancelled again.
 void RepeatEndWait(HWND dialog) {
     const std::uint32_t call = BlockingCallNumber();
     if (call == 0 || call != gDialog.cancelledCall) {
@@ -131,9 +157,10 @@ void RepeatEndWait(HWND dialog) {
     CancelBlockingCall();
 }
 
-// The owner takes input again before the dialog goes, so that it is what the system activates next.
+// The owner is enabled before the dialog is destroyed, so that the system activates it next.
 void CloseTheDialog(HWND dialog) {
-    gTransfer.running = false;
+    SetTransferRunning(false);
+    Draw(dialog);
     if (gDialog.ownerDisabled) EnableWindow(gDialog.owner, TRUE);
     gDialog.ownerDisabled = false;
     gDialog.window = nullptr;
@@ -141,7 +168,7 @@ void CloseTheDialog(HWND dialog) {
     if (gDialog.finished != nullptr) gDialog.finished();
 }
 
-// The worker has done its work, only its thread has still to end.
+// The worker has done its work; only its thread has to end yet.
 void CloseAfterWorker(HWND dialog) {
     if (gDialog.hasWorker) {
         StopWorker(kWorkerEnd);
@@ -150,13 +177,13 @@ void CloseAfterWorker(HWND dialog) {
     CloseTheDialog(dialog);
 }
 
-// Waiting for the worker does not stop the window: the end comes as a message, or the timer does.
+// The window stays alive while the worker ends: its end comes as a message, or the timer does.
 void Cancel(HWND dialog) {
     if (!gDialog.hasWorker || gDialog.workerDone) {
         CloseAfterWorker(dialog);
         return;
     }
-    gTransfer.running = false;
+    SetTransferRunning(false);
     Abort(dialog);
     if (gDialog.cancelling) return;
     gDialog.cancelling = true;
@@ -164,29 +191,35 @@ void Cancel(HWND dialog) {
 }
 
 void OnTimer(HWND dialog, WPARAM timer) {
-    if (timer == kAbortTimer) {
-        RepeatEndWait(dialog);
-        return;
+    switch (timer) {
+        case kDrawTimer:
+            Draw(dialog);
+            return;
+        case kAbortTimer:
+            RepeatEndWait(dialog);
+            return;
+        default:
+            DbgVsprintf(kFuncName, "ERROR. The Worker did not end within %d ms", int{kWorkerEnd});
+            CloseTheDialog(dialog);
     }
-    DbgVsprintf(kFuncName, "ERROR. The Worker did not end within %d ms", int{kWorkerEnd});
-    CloseTheDialog(dialog);
 }
 
 void OnInitDialog(HWND dialog) {
-    SetItemText(dialog, IDC_TRANSFER_COUNTERS, CountersText(gTransfer.counters.files, gTransfer.counters.folders));
-    SendDlgItemMessageW(dialog, IDC_TRANSFER_BAR, PBM_SETRANGE32, 0, kBarRange);
+    SendDlgItemMessageW(dialog, IDC_TRANSFER_BAR, PBM_SETRANGE32, 0, kBarEnd);
+    Draw(dialog);
 }
 
-// Any command but Cancel and the window's close: abort while the transfer runs, else close.
+// For any command but Cancel, and for the window's close request: abort while the transfer runs, else close.
 void AbortOrClose(HWND dialog) {
-    if (gTransfer.running) {
+    if (TransferRunning()) {
         Abort(dialog);
     } else {
         PostMessageW(dialog, WM_COMMAND, IDCANCEL, 0);
     }
 }
 
-// Comes twice, when the transfer is done and when its job is; the second finds the dialog gone or going.
+// Comes twice: when the transfer is done, and when the worker is done with its job. The second finds the dialog closed
+// or closing.
 void OnWorkerDone(HWND dialog) {
     gDialog.workerDone = true;
     PostMessageW(dialog, WM_COMMAND, IDCANCEL, 0);
@@ -213,11 +246,8 @@ INT_PTR CALLBACK TransferDlgProc(HWND dialog, UINT message, WPARAM wParam, LPARA
         case kShowDialog:
             ShowTheDialog(dialog);
             return TRUE;
-        case kShowPath:
-            ShowPath(dialog, static_cast<int>(wParam), reinterpret_cast<const char*>(lParam));
-            return TRUE;
         case kAskReplace:
-            AskReplace(dialog, *reinterpret_cast<Asking*>(lParam));
+            AskReplace(dialog, *reinterpret_cast<PendingQuestion*>(lParam));
             return TRUE;
         case kWorkerDone:
             OnWorkerDone(dialog);
@@ -233,50 +263,42 @@ INT_PTR CALLBACK TransferDlgProc(HWND dialog, UINT message, WPARAM wParam, LPARA
 
 // Calls of the worker. Without a dialog they do nothing: it was closed before the worker ended.
 
-void Send(UINT message, WPARAM wParam, const void* data) {
+void PostToDialog(UINT message) {
     const HWND dialog = gDialog.window;
-    if (dialog != nullptr) SendMessageW(dialog, message, wParam, reinterpret_cast<LPARAM>(data));
+    if (dialog != nullptr) PostMessageW(dialog, message, 0, 0);
 }
 
-void SendText(int item, const char* text) {
-    const HWND dialog = gDialog.window;
-    if (dialog != nullptr) SetItemText(dialog, item, text);
+void RequestShow() {
+    gDialog.showRequested = true;
+    PostToDialog(kShowDialog);
 }
 
 void PostDone() {
-    const HWND dialog = gDialog.window;
-    if (dialog != nullptr) PostMessageW(dialog, kWorkerDone, 0, 0);
-}
-
-void SetMode(char mode) {
-    const int checked = mode == 'A' ? IDC_TRANSFER_ASCII : mode == 'L' ? IDC_TRANSFER_L8 : IDC_TRANSFER_BINARY;
-    const HWND dialog = gDialog.window;
-    if (dialog != nullptr) CheckRadioButton(dialog, IDC_TRANSFER_ASCII, IDC_TRANSFER_L8, checked);
-}
-
-void SetBar(int position) {
-    const HWND dialog = gDialog.window;
-    if (dialog != nullptr) SendDlgItemMessageW(dialog, IDC_TRANSFER_BAR, PBM_SETPOS, static_cast<WPARAM>(position), 0);
+    PostToDialog(kWorkerDone);
 }
 
 ReplaceAnswer ConfirmReplace(const ReplaceQuestion& question) {
-    Asking asking{question};
-    Send(kAskReplace, 0, &asking);
-    return asking.answer;
+    PendingQuestion pending{question};
+    const HWND dialog = gDialog.window;
+    if (dialog != nullptr) SendMessageW(dialog, kAskReplace, 0, reinterpret_cast<LPARAM>(&pending));
+    return pending.answer;
 }
 
-bool StartTransfer(const StartKind& kind) {
+bool StartTransfer(const StartKind& kind, TransferJob&& job) {
     if (kind.transfer == nullptr) return true;
-    return StartWorker(kind.name, [transfer = kind.transfer] {
+    return StartWorker(kind.name, [transfer = kind.transfer, job = std::move(job)]() mutable {
+        const RunningJobScope scope(job);
         transfer(gSession.transferAbort);
         PostDone();
     });
 }
 
-// Everything of an earlier transfer is forgotten before the dialog opens, which shows the counters.
+// Forgets everything of an earlier transfer before the dialog opens, which draws the record.
 void Prepare(HWND owner, const StartKind& kind, void (*finished)()) {
     SetTransferAbort(false);
-    ResetTransfer();
+    ResetTransferProgress();
+    gDialog.showRequested = false;
+    gDialog.drawn = TransferProgress();
     gDialog.owner = owner;
     gDialog.ownerDisabled = false;
     gDialog.hasWorker = kind.transfer != nullptr;
@@ -288,14 +310,14 @@ void Prepare(HWND owner, const StartKind& kind, void (*finished)()) {
 
 }  // namespace
 
-bool OpenTransferDialog(WindowHandle owner, TransferStart start, void (*finished)()) {
-    DbgVsprintf(kFuncName, "Entered with start kind %d", static_cast<int>(start));
+bool OpenTransferDialog(WindowHandle owner, TransferJob&& job, void (*finished)()) {
+    DbgVsprintf(kFuncName, "Entered with start kind %d", static_cast<int>(job.start));
     if (gDialog.window != nullptr || OperationRunning() || WorkerRunning()) {
         DoPrintIdArgs(MSG_BUSY_WITH_REMOTE_OPERATION);
         return false;
     }
-    const StartKind* kind = FindStartKind(start);
-    const bool nothingNamed = start == TransferStart::StandardInput && StandardInputFiles().empty();
+    const StartKind* kind = FindStartKind(job.start);
+    const bool nothingNamed = job.start == TransferStart::StandardInput && job.localPaths.empty();
     if (kind == nullptr || nothingNamed || !TextsAreThere()) {
         DbgVsprintf(kFuncName, "ERROR. Nothing to start. Returning FALSE");
         return false;
@@ -307,9 +329,9 @@ bool OpenTransferDialog(WindowHandle owner, TransferStart start, void (*finished
         return false;
     }
     gDialog.window = dialog;
-    gTransfer.running = true;
-    if (StartTransfer(*kind)) return true;
-    gTransfer.running = false;
+    SetTransferRunning(true);
+    if (StartTransfer(*kind, std::move(job))) return true;
+    SetTransferRunning(false);
     gDialog.window = nullptr;
     DestroyWindow(dialog);
     return false;
@@ -319,19 +341,15 @@ WindowHandle TransferDialogWindow() {
     return gDialog.window;
 }
 
-void FillTransferView(TransferView& view) {
-    view.showDialog = [] { Send(kShowDialog, 0, nullptr); };
-    view.closeDialog = PostDone;
-    view.setItem = [](const char* text) { SendText(IDC_TRANSFER_NAME, text); };
-    view.setSource = [](const char* text) { Send(kShowPath, IDC_TRANSFER_FROM, text); };
-    view.setDestination = [](const char* text) { Send(kShowPath, IDC_TRANSFER_TO, text); };
-    view.setBytes = [](const char* text) { SendText(IDC_TRANSFER_BYTES, text); };
-    view.setCounters = [](const char* text) { SendText(IDC_TRANSFER_COUNTERS, text); };
-    view.setMode = SetMode;
-    view.setBar = SetBar;
-    view.confirmReplace = ConfirmReplace;
+WindowHandle ShownTransferDialog() {
+    const HWND dialog = gDialog.window;
+    if (dialog == nullptr) return nullptr;
+    if (gDialog.showRequested) ShowTheDialog(dialog);
+    return IsWindowVisible(dialog) ? dialog : nullptr;
 }
 
-void SetTransferDialogProgress(unsigned long long done, unsigned long long total) {
-    if (gDialog.window != nullptr) ShowTransferProgress(done, total);
+void FillTransferView(TransferView& view) {
+    view.showDialog = RequestShow;
+    view.closeDialog = PostDone;
+    view.confirmReplace = ConfirmReplace;
 }

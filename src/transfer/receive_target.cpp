@@ -1,8 +1,5 @@
 #include "transfer/receive_target.h"
 
-#include <algorithm>
-#include <unordered_set>
-
 #include "config/settings.h"
 #include "foundation/catalogue.h"
 #include "foundation/message_ids.h"
@@ -10,29 +7,36 @@
 #include "platform/files.h"
 #include "platform/system.h"
 #include "transfer/local_names.h"
-#include "transfer/transfer_progress.h"
 #include "transfer/transfer_view.h"
 
 namespace {
 
-constexpr char kName[] = "OpenReceiveTarget";
+constexpr char kFuncName[] = "OpenReceiveTarget";
 constexpr char kTemporaryPrefix[] = "ZRN";
 constexpr int kMostNumbers = 10000;
-constexpr std::uint32_t kErrorNameTooLong = 206;
 // A name is not cut below this to fit a long folder.
 constexpr std::size_t kShortestName = 12;
 
-// Files that this transfer made. Worker only.
-std::unordered_set<std::string> receivedFiles;
+// The search for a final name: what is known and what has been found so far.
+struct Search {
+    TransferJob& job;
+    const IncomingFile& incoming;
+    ReceiveTarget target;
+    std::uint32_t error = 0;
+};
 
 std::string KeyOf(const std::string& path) {
     return platform::LocaleLower(path);
 }
 
+bool WasReceived(const TransferJob& job, const std::string& path) {
+    return job.receivedFiles.contains(KeyOf(path));
+}
+
 enum class Probe { Free, Exists, Failed };
 
-// Making the file is the cheapest way to learn that its name is free: a look-up of a missing name reads a whole folder.
-Probe ProbeName(const std::string& path, unsigned& error) {
+// Making the file is the cheapest way to learn that its name is free: looking up a missing name reads a whole folder.
+Probe ProbeName(const std::string& path, std::uint32_t& error) {
     const platform::FileHandle file =
         platform::OpenFile(path.c_str(), {platform::FileAccess::Write, platform::FileDisposition::CreateNew});
     if (file != platform::kNoFile) {
@@ -53,9 +57,9 @@ std::string PathInFolder(const std::string& folder, const std::string& name) {
     return BoundedLocalPath(folder, FitName(name, platform::kLongestPath - folder.size() - 1));
 }
 
-TargetResult FailWith(unsigned reason, unsigned& error) {
-    error = reason;
-    DbgVsprintf(kName, "ERROR. Returning Failed. Error:%u", reason);
+TargetResult Fail(Search& search, std::uint32_t error) {
+    search.error = error;
+    DbgVsprintf(kFuncName, "ERROR. Returning Failed. Error:%u", static_cast<unsigned>(error));
     return TargetResult::Failed;
 }
 
@@ -64,20 +68,21 @@ std::string LastComponent(const std::string& path) {
     return separator == std::string::npos ? path : path.substr(separator + 1);
 }
 
-TargetResult TakeNumberedName(const std::string& folder, const std::string& name, unsigned messageId,
-                              ReceiveTarget& target, unsigned& error) {
+TargetResult ChooseNumberedName(Search& search, unsigned messageId) {
+    const auto& [folder, name, size, time] = search.incoming;
     for (int number = 2; number <= kMostNumbers; ++number) {
         const std::string path = PathInFolder(folder, NumberedName(name, number));
-        if (path.empty()) return FailWith(kErrorNameTooLong, error);
-        if (receivedFiles.contains(KeyOf(path))) continue;
+        if (path.empty()) return Fail(search, platform::kErrorNameTooLong);
+        if (WasReceived(search.job, path)) continue;
+        std::uint32_t error = 0;
         const Probe probe = ProbeName(path, error);
         if (probe == Probe::Exists) continue;
-        if (probe == Probe::Failed) return FailWith(error, error);
-        target.finalPath = path;
+        if (probe == Probe::Failed) return Fail(search, error);
+        search.target.finalPath = path;
         DoPrintIdArgs(messageId, name, LastComponent(path));
         return TargetResult::Ready;
     }
-    return FailWith(platform::kErrorAlreadyExists, error);
+    return Fail(search, platform::kErrorAlreadyExists);
 }
 
 ExistingFile KindOf(const platform::FileInfo& info) {
@@ -85,18 +90,15 @@ ExistingFile KindOf(const platform::FileInfo& info) {
     return info.isReadOnly ? ExistingFile::ReadOnly : ExistingFile::Ordinary;
 }
 
-// "Yes to All" covers ordinary files; a read-only or system file is asked for each time.
-TargetResult AskToReplace(const std::string& name, const platform::FileInfo& info, IncomingFile incoming,
-                          bool& replaceAll, ReceiveTarget& target) {
+// "Yes to All" covers ordinary files; read-only and system files are asked about each time.
+TargetResult AskToReplace(Search& search, const platform::FileInfo& info) {
     const ExistingFile kind = KindOf(info);
-    target.replaceExisting = true;
-    if (replaceAll && kind == ExistingFile::Ordinary) return TargetResult::Ready;
-    // Nobody to ask: what stands there stays.
-    if (gTransferView.confirmReplace == nullptr) return TargetResult::Skipped;
-    switch (gTransferView.confirmReplace(
-        {name, target.finalPath, kind, info.size, info.writeTime, incoming.size, incoming.time})) {
+    search.target.replaceExisting = true;
+    if (search.job.replaceAll && kind == ExistingFile::Ordinary) return TargetResult::Ready;
+    switch (gTransferView.confirmReplace({search.incoming.name, search.target.finalPath, kind, info.size,
+                                          info.writeTime, search.incoming.size, search.incoming.time})) {
         case ReplaceAnswer::YesToAll:
-            replaceAll = true;
+            search.job.replaceAll = true;
             return TargetResult::Ready;
         case ReplaceAnswer::Yes:
             return TargetResult::Ready;
@@ -108,32 +110,31 @@ TargetResult AskToReplace(const std::string& name, const platform::FileInfo& inf
     return TargetResult::Cancelled;
 }
 
-TargetResult HandleExisting(const std::string& folder, const std::string& name, IncomingFile incoming, bool& replaceAll,
-                            ReceiveTarget& target, unsigned& error) {
+TargetResult HandleExisting(Search& search) {
     platform::FileInfo info;
-    if (!platform::GetFileInfo(target.finalPath.c_str(), info)) return FailWith(platform::LastSystemError(), error);
-    if (gZarn.RECVUNIQUE != 0) return TakeNumberedName(folder, name, MSG_RECEIVE_UNIQUE_NAME, target, error);
-    if (info.isFolder) return FailWith(platform::kErrorAlreadyExists, error);
-    if (receivedFiles.contains(KeyOf(target.finalPath))) {
-        return TakeNumberedName(folder, name, MSG_UNSAFE_NAME_REPLACED, target, error);
+    if (!platform::GetFileInfo(search.target.finalPath.c_str(), info)) {
+        return Fail(search, platform::LastSystemError());
     }
-    return AskToReplace(name, info, incoming, replaceAll, target);
+    if (gZarn.RECVUNIQUE != 0) return ChooseNumberedName(search, MSG_RECEIVE_UNIQUE_NAME);
+    if (info.isFolder) return Fail(search, platform::kErrorAlreadyExists);
+    if (WasReceived(search.job, search.target.finalPath)) return ChooseNumberedName(search, MSG_UNSAFE_NAME_REPLACED);
+    return AskToReplace(search, info);
 }
 
-// Which final name, without making anything.
-TargetResult ChooseFinalName(const std::string& folder, const std::string& name, IncomingFile incoming,
-                             bool& replaceAll, ReceiveTarget& target, unsigned& error) {
-    target.finalPath = PathInFolder(folder, name);
-    if (target.finalPath.empty()) return FailWith(kErrorNameTooLong, error);
-    switch (ProbeName(target.finalPath, error)) {
+// Chooses the final name without making anything.
+TargetResult ChooseFinalName(Search& search) {
+    search.target.finalPath = PathInFolder(search.incoming.folder, search.incoming.name);
+    if (search.target.finalPath.empty()) return Fail(search, platform::kErrorNameTooLong);
+    std::uint32_t error = 0;
+    switch (ProbeName(search.target.finalPath, error)) {
         case Probe::Free:
             return TargetResult::Ready;
         case Probe::Exists:
-            return HandleExisting(folder, name, incoming, replaceAll, target, error);
+            return HandleExisting(search);
         case Probe::Failed:
             break;
     }
-    return FailWith(error, error);
+    return Fail(search, error);
 }
 
 bool MoveIntoPlace(const ReceiveTarget& target) {
@@ -141,7 +142,7 @@ bool MoveIntoPlace(const ReceiveTarget& target) {
     const char* to = target.finalPath.c_str();
     if (platform::MoveFilePath(from, to, target.replaceExisting)) return true;
     const std::uint32_t error = platform::LastSystemError();
-    // A read-only file is not replaced by the system, but the user agreed to lose it.
+    // The system does not replace a read-only file, but the user agreed to lose it.
     if (target.replaceExisting && platform::MakeWritable(to)) return platform::MoveFilePath(from, to, true);
     platform::SetLastSystemError(error);
     return false;
@@ -149,31 +150,26 @@ bool MoveIntoPlace(const ReceiveTarget& target) {
 
 }  // namespace
 
-void ForgetReceivedFiles() {
-    receivedFiles.clear();
-}
-
-TargetResult OpenReceiveTarget(const std::string& folder, const std::string& name, bool& replaceAll,
-                               ReceiveTarget& target, unsigned& error, IncomingFile incoming) {
-    target = ReceiveTarget();
-    error = 0;
-    const TargetResult chosen = ChooseFinalName(folder, name, incoming, replaceAll, target, error);
-    if (chosen != TargetResult::Ready) return chosen;
-    target.temporaryPath = platform::MakeTemporaryFile(folder.c_str(), kTemporaryPrefix);
-    if (target.temporaryPath.empty()) return FailWith(platform::LastSystemError(), error);
-    return TargetResult::Ready;
-}
-
-bool CommitReceiveTarget(const ReceiveTarget& target, unsigned& error) {
-    if (MoveIntoPlace(target)) {
-        receivedFiles.insert(KeyOf(target.finalPath));
-        return true;
+OpenedTarget OpenReceiveTarget(TransferJob& job, const IncomingFile& incoming) {
+    Search search{job, incoming, {}};
+    TargetResult result = ChooseFinalName(search);
+    if (result == TargetResult::Ready) {
+        search.target.temporaryPath = platform::MakeTemporaryFile(incoming.folder.c_str(), kTemporaryPrefix);
+        if (search.target.temporaryPath.empty()) result = Fail(search, platform::LastSystemError());
     }
-    error = platform::LastSystemError();
+    return {result, search.target, search.error};
+}
+
+std::uint32_t CommitReceiveTarget(TransferJob& job, const ReceiveTarget& target) {
+    if (MoveIntoPlace(target)) {
+        job.receivedFiles.insert(KeyOf(target.finalPath));
+        return 0;
+    }
+    const std::uint32_t error = platform::LastSystemError();
     DbgVsprintf("CommitReceiveTarget", "ERROR. Call to MoveFile(%s, %s) Failed!", target.temporaryPath.c_str(),
                 target.finalPath.c_str());
     DiscardReceiveTarget(target);
-    return false;
+    return error != 0 ? error : platform::kErrorAccessDenied;
 }
 
 void DiscardReceiveTarget(const ReceiveTarget& target) {

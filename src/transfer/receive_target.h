@@ -1,30 +1,19 @@
-// Where a received file goes: a temporary name beside the target, and the final name only when the server has confirmed
-// the transfer. Decides what happens to a file of that name: asks, or chooses a free name. The file that stood there is
-// never lost to a failed transfer.
+// Where a received file is stored: under a temporary name beside the target, and under its final name only when the
+// server has confirmed the transfer, so that a failed transfer never costs the file that was there. Decides what
+// happens to such a file: asks, or chooses a free name. Not here: the reception itself.
 #pragma once
 
 #include <cstdint>
 #include <string>
 
 #include "foundation/file_time.h"
+#include "transfer/transfer_job.h"
 
-enum class ReplaceAnswer { Yes, YesToAll, No, Cancel };
-// Which of the three texts of the "Confirm File Replace" dialog applies.
-enum class ExistingFile { Ordinary, ReadOnly, System };
-
-// What is asked before a received file takes the place of one that is there.
-struct ReplaceQuestion {
-    std::string name;
-    std::string path;  // the local file in the way
-    ExistingFile kind = ExistingFile::Ordinary;
-    std::uint64_t oldSize = 0;  // bytes
-    FileTime oldTime = 0;       // local time; 0 when unknown
-    std::uint64_t newSize = 0;  // of the file on the server, as the listing said
-    FileTime newTime = 0;
-};
-// What is known of the file on the server, for that question.
+// A file that is about to be received.
 struct IncomingFile {
-    std::uint64_t size = 0;
+    std::string folder;      // local, in full
+    std::string name;        // a safe local name
+    std::uint64_t size = 0;  // on the server, for the question before replacing
     FileTime time = 0;
 };
 
@@ -34,14 +23,17 @@ struct ReceiveTarget {
     bool replaceExisting = false;
 };
 
-// Forgets which files the last transfer made. A name that comes a second time in one transfer (two remote names that
-// become the same local one) gets a free name instead of replacing the first file.
-void ForgetReceivedFiles();
-
 enum class TargetResult { Ready, Skipped, Cancelled, Failed };
-// Chooses the names and makes the temporary file. `error` receives the system error of a failure.
-TargetResult OpenReceiveTarget(const std::string& folder, const std::string& name, bool& replaceAll,
-                               ReceiveTarget& target, unsigned& error, IncomingFile incoming = {});
-// Gives the file its final name. False leaves what stood there untouched and the temporary file deleted.
-bool CommitReceiveTarget(const ReceiveTarget& target, unsigned& error);
+struct OpenedTarget {
+    TargetResult result = TargetResult::Failed;
+    ReceiveTarget target;     // for Ready
+    std::uint32_t error = 0;  // system error, for Failed
+};
+
+// Chooses the names and makes the temporary file. A name that the job has received already (two remote names that
+// become the same local one) gets a free name instead of replacing the first file.
+OpenedTarget OpenReceiveTarget(TransferJob& job, const IncomingFile& incoming);
+// Gives the file its final name. 0, or the system error: then the file that was there is unharmed and the temporary one
+// deleted.
+std::uint32_t CommitReceiveTarget(TransferJob& job, const ReceiveTarget& target);
 void DiscardReceiveTarget(const ReceiveTarget& target);

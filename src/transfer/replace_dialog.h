@@ -3,7 +3,7 @@
 #pragma once
 
 #include "foundation/console_pane.h"
-#include "transfer/receive_target.h"
+#include "transfer/replace_question.h"
 
 // Cancel when the dialog cannot be shown.
 ReplaceAnswer ShowReplaceDialog(WindowHandle owner, const ReplaceQuestion& question);

@@ -7,13 +7,14 @@
 #include "foundation/error_report.h"
 #include "foundation/message_ids.h"
 #include "foundation/trace.h"
+#include "listing/directory_entry.h"
+#include "platform/files.h"
 #include "platform/system.h"
-#include "transfer/transfer_progress.h"
 
 namespace {
 
-constexpr char kName[] = "TransferDlgError";
-constexpr std::size_t kCodeLength = 4;  // three digits and the character behind them
+constexpr char kFuncName[] = "TransferDlgError";
+constexpr std::size_t kCodeLength = 4;  // three digits and the character after them
 
 // Where the second insert of a message comes from.
 enum class Detail { SystemText, ReplyText, WholeReply, Drive, ReservedNames };
@@ -21,7 +22,7 @@ struct ErrorRow {
     unsigned messageId;
     Detail detail;
 };
-// Options 1 to 10.
+// In the order of TransferErrorOption, which begins at 1.
 constexpr ErrorRow kRows[] = {
     {MSG_CANNOT_SET_LOCAL_DIRECTORY, Detail::SystemText},
     {MSG_CREATE_FAILED, Detail::SystemText},
@@ -34,16 +35,15 @@ constexpr ErrorRow kRows[] = {
     {MSG_TRANSFER_FAILED, Detail::SystemText},
     {MSG_TRANSFER_FAILED, Detail::ReservedNames},
 };
-constexpr int kReservedNameOption = 10;
 
-// False when there is nothing to tell.
+// False when there is nothing to say.
 bool ErrorDetail(Detail detail, std::uint32_t error, std::string_view reply, std::string& text) {
     switch (detail) {
         case Detail::SystemText:
         case Detail::Drive:
             if (error == 0) error = platform::LastSystemError();
             if (error == 0) return false;
-            text = detail == Detail::Drive ? gTransfer.currentLocalFolder.substr(0, 2) : GetErrorText(error).c_str();
+            text = detail == Detail::Drive ? platform::CurrentFolder().substr(0, 2) : GetErrorText(error).c_str();
             return true;
         case Detail::ReplyText:
         case Detail::WholeReply:
@@ -61,7 +61,7 @@ std::string ErrorText(const ErrorRow& row, const std::string& name, const std::s
     const bool driveFirst = row.detail == Detail::Drive;
     const MessageInsert inserts[] = {MessageInsert(driveFirst ? detail : name),
                                      MessageInsert(driveFirst ? name : detail)};
-    // Three of the texts carry printf conversions but stand in the other style's list.
+    // Three of the texts carry printf conversions but are in the other style's list.
     if (!IsPrintfMessage(row.messageId)) return FormatCatalogueText(row.messageId, inserts);
     return ExpandCatalogueText(row.messageId, inserts).c_str();
 }
@@ -70,7 +70,7 @@ std::string ErrorText(const ErrorRow& row, const std::string& name, const std::s
 
 BoxAnswer TransferDlgError(const char* name, int option, std::uint32_t error, const char* reply) {
     if (option < 1 || option > static_cast<int>(std::size(kRows))) {
-        DbgVsprintf(kName, "ERROR. UNKNOWN iXferOpt:%d.", option);
+        DbgVsprintf(kFuncName, "ERROR. UNKNOWN iXferOpt:%d.", option);
         return BoxAnswer::None;
     }
     const ErrorRow& row = kRows[option - 1];
@@ -78,6 +78,6 @@ BoxAnswer TransferDlgError(const char* name, int option, std::uint32_t error, co
     if (!ErrorDetail(row.detail, error, reply != nullptr ? reply : "", detail)) return BoxAnswer::None;
     const std::string text = ErrorText(row, ShownName(name != nullptr ? name : ""), detail);
     const OwnedText caption = Zarn_ResString(MSG_TRANSFER_ERROR_CAPTION);
-    const BoxButtons buttons = option == kReservedNameOption ? BoxButtons::Ok : BoxButtons::AbortRetryIgnore;
+    const BoxButtons buttons = option == kReservedOption ? BoxButtons::Ok : BoxButtons::AbortRetryIgnore;
     return ShowMessageBox(text.c_str(), caption.get(), buttons, BoxIcon::Exclamation);
 }

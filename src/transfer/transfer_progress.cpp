@@ -1,25 +1,44 @@
 #include "transfer/transfer_progress.h"
 
-#include <algorithm>
+#include <atomic>
+#include <mutex>
+#include <utility>
 
 #include "foundation/catalogue.h"
 #include "foundation/message_ids.h"
-#include "platform/files.h"
-
-TransferProgress gTransfer;
-TransferView gTransferView;
+#include "listing/directory_entry.h"
 
 namespace {
 
-constexpr std::uint64_t kBarEnd = 1000;
+// Written by the worker, read by the window's thread. Texts are made before the lock is taken.
+struct Published {
+    std::mutex lock;
+    TransferProgress progress;
+};
+Published gPublished;
+std::atomic<bool> gRunning{false};
+std::atomic<void (*)(const TransferProgress&)> gWatcher{nullptr};
 
-void Show(void (*set)(const char*), const std::string& text) {
-    if (set != nullptr) set(text.c_str());
+template <class Change>
+void Publish(const Change& change) {
+    TransferProgress watched;
+    const auto watcher = gWatcher.load();
+    {
+        const std::lock_guard guard(gPublished.lock);
+        change(gPublished.progress);
+        ++gPublished.progress.change;
+        if (watcher != nullptr) watched = gPublished.progress;
+    }
+    if (watcher != nullptr) watcher(watched);
 }
 
-void ShowNamed(unsigned messageId, const char* name) {
+void PublishText(std::string TransferProgress::*field, std::string text) {
+    Publish([&](TransferProgress& progress) { progress.*field = std::move(text); });
+}
+
+void PublishItem(unsigned messageId, const char* name) {
     const std::string shown = ShownName(name != nullptr ? name : "");
-    Show(gTransferView.setItem, Zarn_ResVsprintf(messageId, shown).c_str());
+    PublishText(&TransferProgress::item, Zarn_ResVsprintf(messageId, shown).c_str());
 }
 
 std::string PlaceText(const char* host, const char* path) {
@@ -28,51 +47,78 @@ std::string PlaceText(const char* host, const char* path) {
     return ShownName(host) + " : " + shownPath;
 }
 
+std::string BytesText(std::uint64_t done, std::uint64_t total) {
+    return total == 0 ? std::to_string(done) : Zarn_ResVsprintf(MSG_BYTES_OF_TOTAL, done, total).c_str();
+}
+
+// A file may have grown since it was listed, and the listing cuts its size to 32 bits.
+int BarPosition(std::uint64_t done, std::uint64_t total) {
+    return done >= total ? kBarEnd : static_cast<int>(done * kBarEnd / total);
+}
+
 }  // namespace
 
-void ResetTransfer() {
-    gTransfer.counters = TransferCounters();
-    gTransfer.replaceAll = false;
-    gTransfer.listedFolder.clear();
-    gTransfer.currentLocalFolder = platform::CurrentFolder();
+void ResetTransferProgress() {
+    Publish([](TransferProgress& progress) {
+        const std::uint32_t change = progress.change;
+        progress = TransferProgress();
+        progress.change = change;
+    });
 }
 
 void SetDlgCreatingText(const char* name) {
-    ShowNamed(MSG_CREATING_DIRECTORY, name);
+    PublishItem(MSG_CREATING_DIRECTORY, name);
 }
 
 void SetDlgTransferingText(const char* name) {
-    ShowNamed(MSG_TRANSFERING_FILE, name);
+    PublishItem(MSG_TRANSFERING_FILE, name);
 }
 
 void SetDlgFromText(const char* host, const char* path) {
-    Show(gTransferView.setSource, PlaceText(host, path));
+    PublishText(&TransferProgress::source, PlaceText(host, path));
 }
 
 void SetDlgSendToText(const char* host, const char* path) {
-    Show(gTransferView.setDestination, PlaceText(host, path));
+    PublishText(&TransferProgress::destination, PlaceText(host, path));
 }
 
 void SetByteCountText(std::uint64_t done, std::uint64_t total) {
-    if (total == 0) {
-        Show(gTransferView.setBytes, std::to_string(done));
-        return;
-    }
-    Show(gTransferView.setBytes, Zarn_ResVsprintf(MSG_BYTES_OF_TOTAL, done, total).c_str());
+    PublishText(&TransferProgress::bytes, BytesText(done, total));
 }
 
 void SetProgressBar(int position) {
-    if (gTransferView.setBar != nullptr) gTransferView.setBar(position);
+    Publish([position](TransferProgress& progress) { progress.bar = position; });
 }
 
 void ShowTransferProgress(std::uint64_t done, std::uint64_t total) {
-    SetByteCountText(done, total);
-    // A file may have grown since it was listed, and its size may have been cut to 32 bits there.
-    if (total > 0) SetProgressBar(static_cast<int>(done >= total ? kBarEnd : done * kBarEnd / total));
+    std::string bytes = BytesText(done, total);
+    Publish([&](TransferProgress& progress) {
+        progress.bytes = std::move(bytes);
+        if (total > 0) progress.bar = BarPosition(done, total);
+    });
 }
 
-void RefreshCountersText() {
-    Show(gTransferView.setCounters, CountersText(gTransfer.counters.files, gTransfer.counters.folders));
+void ShowMode(char mode) {
+    Publish([mode](TransferProgress& progress) { progress.mode = mode; });
+}
+
+void RefreshCountersText(const TransferCounters& counters) {
+    PublishText(&TransferProgress::counters, CountersText(counters.files, counters.folders));
+}
+
+bool ReadTransferProgress(TransferProgress& seen) {
+    const std::lock_guard guard(gPublished.lock);
+    if (gPublished.progress.change == seen.change) return false;
+    seen = gPublished.progress;
+    return true;
+}
+
+void SetTransferRunning(bool running) {
+    gRunning = running;
+}
+
+bool TransferRunning() {
+    return gRunning;
 }
 
 std::string CountersText(int files, int folders) {
@@ -82,4 +128,8 @@ std::string CountersText(int files, int folders) {
     if (files > 0) return Zarn_ResVsprintf(MSG_FILES_TRANSFERED, files).c_str();
     if (folders > 0) return Zarn_ResVsprintf(MSG_FOLDERS_CREATED, folders).c_str();
     return {};
+}
+
+void WatchTransferProgress(void (*published)(const TransferProgress& progress)) {
+    gWatcher = published;
 }

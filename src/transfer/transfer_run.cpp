@@ -11,72 +11,75 @@
 #include "platform/files.h"
 #include "platform/system.h"
 #include "transfer/item_steps.h"
-#include "transfer/receive_target.h"
 #include "transfer/transfer_errors.h"
 #include "transfer/transfer_progress.h"
+#include "transfer/transfer_view.h"
 
 namespace {
 
-bool EnterLocalFolder(const std::string& folder, std::atomic<bool>& abort) {
+bool EnterLocalFolder(TransferJob& job, const std::string& folder) {
     while (!platform::SetCurrentFolder(folder.c_str())) {
         const std::uint32_t error = platform::LastSystemError();
-        if (!WantsRetry(TransferDlgError(folder.c_str(), kLocalFolderOption, error, nullptr), abort)) return false;
+        if (!WantsRetry(job, TransferDlgError(folder.c_str(), kLocalFolderOption, error, nullptr))) return false;
     }
-    gTransfer.currentLocalFolder = platform::CurrentFolder();
+    job.currentLocalFolder = platform::CurrentFolder();
     return true;
 }
 
 }  // namespace
 
-TransferRun::TransferRun(TransferDirection direction) : direction_(direction), site_(gSession.activeSite) {
-    ResetTransfer();
-    ForgetReceivedFiles();
-    localBefore_ = gTransfer.currentLocalFolder;
-    gTransfer.running = true;
+TransferRun::TransferRun(TransferJob& job) : job_(job), localBefore_(platform::CurrentFolder()) {
+    job_.currentLocalFolder = localBefore_;
+    SetTransferRunning(true);
 }
 
 TransferRun::~TransferRun() {
     GoBack();
-    gTransfer.running = false;
-    if (gTransferView.closeDialog != nullptr) gTransferView.closeDialog();
+    SetTransferRunning(false);
+    gTransferView.closeDialog();
 }
 
-bool TransferRun::Start(const char* caller, std::atomic<bool>& abort) {
-    if (site_ == nullptr || !ServerReadyForCmd(site_, true)) {
+bool TransferRun::Start(const char* caller) {
+    if (job_.site == nullptr || !ServerReadyForCmd(job_.site, true)) {
         DbgVsprintf(caller, "ERROR. Server NOT Ready.");
         return false;
     }
-    remoteBefore_ = site_->pszCurrentDir.c_str();
-    const std::string target = gTransferView.dropTarget != nullptr ? gTransferView.dropTarget() : std::string();
-    if (!target.empty() && !EnterTarget(target, abort)) return false;
-    localStart_ = gTransfer.currentLocalFolder;
-    remoteStart_ = direction_ == TransferDirection::Upload && !target.empty() ? target : remoteBefore_;
-    gTransfer.listedFolder = remoteBefore_;
-    if (gTransferView.showDialog != nullptr) gTransferView.showDialog();
-    RefreshCountersText();
+    remoteBefore_ = job_.site->pszCurrentDir.c_str();
+    if (!job_.targetFolder.empty() && !EnterTarget()) return false;
+    const bool sendsIntoTarget = job_.Direction() == TransferDirection::Upload && !job_.targetFolder.empty();
+    job_.localStart = job_.currentLocalFolder;
+    job_.remoteStart = sendsIntoTarget ? job_.targetFolder : remoteBefore_;
+    job_.listedFolder = remoteBefore_;
+    RefreshCountersText(job_.counters);
+    gTransferView.showDialog();
     return true;
 }
 
-int TransferRun::Done(const std::atomic<bool>& abort) const {
-    const TransferCounters& counters = gTransfer.counters;
+int TransferRun::Done() const {
+    const TransferCounters& counters = job_.counters;
     const int done = counters.files + counters.folders;
-    if (counters.failures > 0 && !abort) {
+    if (counters.failures > 0 && !job_.Stopped()) {
         const int all = done + counters.failures - counters.failedThoughDone;
         DoPrintIdArgs(MSG_ITEMS_FAILED, counters.failures, all);
     }
     return done;
 }
 
-bool TransferRun::EnterTarget(const std::string& target, std::atomic<bool>& abort) {
-    if (direction_ == TransferDirection::Download) return EnterLocalFolder(target, abort);
-    return EnterRemoteFolder("TransferRun", site_, target.c_str(), abort) == FTP_COMPLETE;
+bool TransferRun::EnterTarget() {
+    if (job_.Direction() == TransferDirection::Download) return EnterLocalFolder(job_, job_.targetFolder);
+    return EnterRemoteFolder(job_, "TransferRun", job_.targetFolder.c_str()) == FTP_COMPLETE;
 }
 
 void TransferRun::GoBack() {
-    if (!remoteBefore_.empty() && HasControlSocket(site_) && !gSession.exiting &&
-        site_->pszCurrentDir.view() != remoteBefore_) {
+    if (!remoteBefore_.empty() && HasControlSocket(job_.site) && !gSession.exiting &&
+        job_.site->pszCurrentDir.view() != remoteBefore_) {
         char reply[kReplySize] = "";
-        DoCWD(site_, remoteBefore_.c_str(), reply, true);
+        DoCWD(job_.site, remoteBefore_.c_str(), reply, true);
     }
     if (!localBefore_.empty()) platform::SetCurrentFolder(localBefore_.c_str());
+}
+
+int RunRunningJob(int (*run)(TransferJob& job)) {
+    TransferJob* job = RunningJob();
+    return job != nullptr ? run(*job) : kNothingDone;
 }

@@ -1,39 +1,35 @@
-// The frame around a transfer of several items: where both sides stand before it, that the dialog shows, that both
-// sides stand there again and the dialog closes when it is over. Not here: what is transferred.
+// The frame around a transfer of several items: notes where both sides are, shows the dialog, and at the end brings
+// both sides back and closes the dialog. Not here: what is transferred.
 #pragma once
 
-#include <atomic>
 #include <string>
 
-#include "config/site.h"
+#include "transfer/transfer_job.h"
 
 // What an entry point returns when it could not begin.
 inline constexpr int kNothingDone = -1;
 
-enum class TransferDirection { Download, Upload };
-
 class TransferRun {
   public:
-    explicit TransferRun(TransferDirection direction);
+    explicit TransferRun(TransferJob& job);
     ~TransferRun();
     TransferRun(const TransferRun&) = delete;
     TransferRun& operator=(const TransferRun&) = delete;
 
-    // Makes the drop's target the current folder of the receiving side. False (told) when that or the server fails.
-    bool Start(const char* caller, std::atomic<bool>& abort);
-    const std::string& LocalStart() const { return localStart_; }
-    const std::string& RemoteStart() const { return remoteStart_; }
-    // Folders and files done; tells of failures unless the user ended the transfer.
-    int Done(const std::atomic<bool>& abort) const;
+    // Makes the job's target folder the current one of the receiving side and sets both start folders. False (shown)
+    // when that or the server fails.
+    bool Start(const char* caller);
+    // Folders and files done; prints the failures unless the transfer was stopped.
+    int Done() const;
 
   private:
-    bool EnterTarget(const std::string& target, std::atomic<bool>& abort);
+    bool EnterTarget();
     void GoBack();
 
-    TransferDirection direction_;
-    Site* site_;
+    TransferJob& job_;
     std::string localBefore_;
     std::string remoteBefore_;
-    std::string localStart_;
-    std::string remoteStart_;
 };
+
+// Runs this thread's job; kNothingDone when there is none.
+int RunRunningJob(int (*run)(TransferJob& job));

@@ -8,116 +8,91 @@
 #include "foundation/catalogue.h"
 #include "foundation/foundation_view.h"
 #include "foundation/message_ids.h"
+#include "foundation/path_join.h"
 #include "foundation/trace.h"
 #include "ftp/control/remote_commands.h"
-#include "ftp/data/dump_file.h"
 #include "ftp/data/remote_listing.h"
 #include "ftp/worker/result_codes.h"
 #include "ftp/worker/session_state.h"
+#include "listing/dot_entries.h"
 #include "listing/dump_reader.h"
 #include "listing/line_parser.h"
-#include "listing/lost_connection.h"
-#include "platform/files.h"
+#include "listing/temporary_dump.h"
 #include "transfer/destinations.h"
 #include "transfer/disk_space.h"
-#include "transfer/get_put.h"
+#include "transfer/get_item.h"
 #include "transfer/item_steps.h"
 #include "transfer/transfer_errors.h"
-#include "transfer/transfer_progress.h"
 
 namespace {
 
-constexpr char kName[] = "TransferRemoteTree";
-
-// A local file that goes with the object.
-class TemporaryListing {
-  public:
-    TemporaryListing() : path_(Zarn_GetTmpFileName("XFER")) {}
-    ~TemporaryListing() {
-        if (path_) platform::DeleteFilePath(path_.get());
-    }
-    TemporaryListing(const TemporaryListing&) = delete;
-    TemporaryListing& operator=(const TemporaryListing&) = delete;
-    const char* Path() const { return path_.get(); }
-
-  private:
-    OwnedText path_;
-};
+constexpr char kFuncName[] = "TransferRemoteTree";
 
 // One folder of the walk.
 struct Folder {
-    Site* site;
-    const char* localStart;
-    const char* remoteStart;
+    TransferJob& job;
     std::string path;  // on the server
-    std::atomic<bool>& abort;
     bool lastRecursion = true;
 };
 
-bool IsOwnOrParent(std::string_view name) {
-    return name == "." || name == "..";
-}
-
-// A site root names itself in both fields.
+// A site's root has its path in both fields.
 bool IsRoot(const TransferNode& node) {
     return node.pszLocation.view() == node.pszRemoteName.view();
 }
 
 std::string RemotePathOf(const TransferNode& node) {
-    std::string path(node.pszLocation.view());
-    if (IsRoot(node)) return path;
-    const std::string_view name = node.pszRemoteName.view();
-    const char delimiter = GetDelimiter(path.c_str());
-    const char separator = delimiter != '\0' ? delimiter : '/';
-    if (path.empty() || (path.back() != separator && name.front() != separator)) path += separator;
-    return path.append(name);
+    if (IsRoot(node)) return node.pszLocation.c_str();
+    const char delimiter = GetDelimiter(node.pszLocation.c_str());
+    return JoinRemotePath(node.pszLocation.view(), node.pszRemoteName.view(), delimiter != '\0' ? delimiter : '/');
 }
 
-// No folder's name holds a separator; one that does would lead elsewhere on both sides.
+// A folder's name holds no separator; one that does would lead elsewhere on both sides.
 bool LeadsElsewhere(const TransferNode& node) {
     if (IsRoot(node)) return false;
     const char* separators = GetDelimiter(node.pszLocation.c_str()) == '\\' ? "/\\" : "/";
     return node.pszRemoteName.view().find_first_of(separators) != std::string_view::npos;
 }
 
-void CountFailure() {
-    ++gTransfer.counters.failures;
+bool FailTree(TransferJob& job) {
+    ++job.counters.failures;
+    return false;
 }
 
-// Lists the folder into the file. A folder that may not be entered is told here, other failures by the listing itself.
-bool ListFolder(Site* site, const std::string& path, const char* file, std::atomic<bool>& abort) {
+// Lists the folder into the file. A folder that cannot be entered is shown here, other failures by the listing itself.
+bool ListFolder(TransferJob& job, const std::string& path, const char* file) {
     while (true) {
         char reply[kReplySize] = "";
-        const int result = ListContentsByName(site, path.c_str(), file, reply, abort);
+        const int result = ListContentsByName(job.site, path.c_str(), file, reply, gSession.transferAbort);
         if (result == FTP_COMPLETE) return true;
         if (StoppedByTimeOut()) {
-            if (TellTimeOut(site, path.c_str(), abort) == BoxAnswer::Retry) continue;
+            if (TellTimeOut(job, path.c_str()) == BoxAnswer::Retry) continue;
             return false;
         }
-        if (!abort && EndLostConnection(kName, site, result, reply)) abort = true;
-        if (abort || site->pszCurrentDir.view() == path) return false;
-        const BoxAnswer answer = TransferDlgError(path.c_str(), kRemoteFolderOption, 0, reply);
-        if (answer == BoxAnswer::Abort) abort = true;
-        if (answer != BoxAnswer::Retry) return false;
+        if (job.Stopped() || EndIfLost(job, kFuncName, result, reply)) return false;
+        if (job.site->pszCurrentDir.view() == path) return false;
+        if (!WantsRetry(job, TransferDlgError(path.c_str(), kRemoteFolderOption, 0, reply))) return false;
     }
 }
 
-// Where the folder goes, and the local folder itself; failures here end the whole transfer.
-bool MakeLocalFolder(TransferNode& node, const char* localStart, const char* remoteStart, std::atomic<bool>& abort) {
-    if (node.pszDestination.empty() && !Zarn_GetDestination(localStart, remoteStart, node, false)) return false;
-    // The contents of a root go straight into the starting folder.
-    if (IsRoot(node) || IsOwnOrParent(node.pszRemoteName.view())) return true;
-    return DlgCreateDir(&node, abort);
+// Finds out where the folder goes and makes it there; a failure ends the whole transfer.
+bool MakeLocalFolder(TransferJob& job, TransferNode& node) {
+    const bool mapped = !node.pszDestination.empty() ||
+                        Zarn_GetDestination(job.localStart.c_str(), job.remoteStart.c_str(), node, false);
+    if (!mapped) return false;
+    // What is in a root goes straight into the starting folder.
+    if (IsRoot(node) || IsDotEntry(node.pszRemoteName.view())) return true;
+    return CreateLocalFolder(job, node).code == FTP_COMPLETE;
 }
 
-// A link is whatever its target is: a folder when it can be entered. The doubled slash is wanted.
+// A link is what its target is: a folder when it can be entered, else a file.
+// Quirk: the path that is tried has a doubled slash, kept.
 std::uint32_t ResolvedLinkType(const Folder& folder, std::string_view name) {
     const std::string path = folder.path + "//" + std::string(name);
     char reply[kReplySize] = "";
-    return kNodeLink | (DoCWD(folder.site, path.c_str(), reply, true) == FTP_COMPLETE ? kNodeFolder : kNodeFile);
+    return kNodeLink | (DoCWD(folder.job.site, path.c_str(), reply, true) == FTP_COMPLETE ? kNodeFolder : kNodeFile);
 }
 
-// Bits of an entry; 0 for what is neither fetched nor entered.
+// The node bits of an entry; 0 for what is neither fetched nor entered.
 std::uint32_t NodeTypeOf(const Folder& folder, const LVobject& entry) {
     switch (entry.type) {
         case kKindSiteRoot:
@@ -128,7 +103,7 @@ std::uint32_t NodeTypeOf(const Folder& folder, const LVobject& entry) {
             return kNodeFile;
         case kKindLink:
             if (gZarn.RESOLVELINKS != 0) return ResolvedLinkType(folder, EntryName(entry));
-            DbgVsprintf(kName, "(%s) Skipping Symlink. Resolve is FALSE", entry.name.c_str());
+            DbgVsprintf(kFuncName, "(%s) Skipping Symlink. Resolve is FALSE", entry.name.c_str());
             return 0;
         default:
             return 0;
@@ -146,86 +121,85 @@ TransferNodePtr MakeSubNode(const Folder& folder, const LVobject& entry, std::ui
     return node->pszRemoteName && node->pszLocation ? std::move(node) : nullptr;
 }
 
-void TransferSubFile(const Folder& folder, TransferNode& node) {
+void GetSubFile(TransferJob& job, TransferNode& node) {
     if (FitFileOnLocalDrive(ShownName(node.pszRemoteName.view()).c_str(), node.iSize) != FTP_COMPLETE) return;
-    if (!Zarn_GetDestination(folder.localStart, folder.remoteStart, node, false)) {
-        CountFailure();
-        return;
+    if (Zarn_GetDestination(job.localStart.c_str(), job.remoteStart.c_str(), node, false)) {
+        GetItem(job, node);
+    } else {
+        FailTree(job);
     }
-    DlgGetFile(&node, folder.abort);
 }
 
-void TransferSubFolder(Folder& folder, TransferNode& node) {
-    if (!Zarn_GetDestination(folder.localStart, folder.remoteStart, node, false) || folder.abort) return;
-    folder.lastRecursion = TransferRemoteTree(&node, folder.localStart, folder.remoteStart, folder.abort);
+void GetSubFolder(Folder& folder, TransferNode& node) {
+    TransferJob& job = folder.job;
+    if (!Zarn_GetDestination(job.localStart.c_str(), job.remoteStart.c_str(), node, false) || job.Stopped()) return;
+    folder.lastRecursion = GetTree(job, node);
 }
 
 // False ends the walk.
-bool TransferEntry(Folder& folder, const LVobject& entry) {
-    if (entry.name.empty() || IsOwnOrParent(entry.name.view())) return true;
+bool GetEntry(Folder& folder, const LVobject& entry) {
+    if (entry.name.empty() || IsDotEntry(entry.name.view())) return true;
     const std::uint32_t nodeType = NodeTypeOf(folder, entry);
-    if (nodeType == 0 || folder.abort) return true;
+    if (nodeType == 0 || folder.job.Stopped()) return true;
     const TransferNodePtr node = MakeSubNode(folder, entry, nodeType);
     if (!node) return false;
     if ((nodeType & (kNodeSiteRoot | kNodeFolder)) != 0) {
-        TransferSubFolder(folder, *node);
+        GetSubFolder(folder, *node);
     } else {
-        TransferSubFile(folder, *node);
+        GetSubFile(folder.job, *node);
     }
     return true;
 }
 
-void TransferEntries(Folder& folder, DumpReader& reader) {
+void GetEntries(Folder& folder, DumpReader& reader) {
     ListingStyle style;
     ListingCounters counters;
     std::uint32_t lineNumber = 0;
     int unreadable = 0;
     std::string_view line;
-    while (!folder.abort && reader.NextLine(line)) {
-        const LVobjectPtr entry = FtpParseLine(++lineNumber, folder.site->dwCurType, line, style, counters);
+    while (!folder.job.Stopped() && reader.NextLine(line)) {
+        const LVobjectPtr entry = FtpParseLine(++lineNumber, folder.job.site->dwCurType, line, style, counters);
         if (!entry) {
             ++unreadable;
-            DbgVsprintf(kName, "Call to FtpParseLine() Failed. continuing");
+            DbgVsprintf(kFuncName, "Call to FtpParseLine() Failed. continuing");
             continue;
         }
-        if (!TransferEntry(folder, *entry)) break;
+        if (!GetEntry(folder, *entry)) break;
     }
     if (unreadable > 0) DoPrintIdArgs(MSG_LISTING_LINES_UNREADABLE, unreadable);
 }
 
 }  // namespace
 
-bool TransferRemoteTree(TransferNode* node, const char* localStart, const char* remoteStart, std::atomic<bool>& abort) {
-    Site* site = gSession.activeSite;
-    if (node == nullptr || site == nullptr || node->pszLocation.empty() || node->pszRemoteName.empty() || abort) {
+bool GetTree(TransferJob& job, TransferNode& node) {
+    if (job.site == nullptr || node.pszLocation.empty() || node.pszRemoteName.empty() || job.Stopped()) return false;
+    if (LeadsElsewhere(node)) {
+        DoPrintIdArgs(MSG_UNSAFE_NAME_REFUSED, ShownName(node.pszRemoteName.view()));
+        return FailTree(job);
+    }
+    const TemporaryDump listing("XFER");
+    if (listing.Name() == nullptr) {
+        DbgVsprintf(kFuncName, "ERROR. Call to Zarn_GetTmpFileHandle() Failed. Returning FALSE");
         return false;
     }
-    if (LeadsElsewhere(*node)) {
-        DoPrintIdArgs(MSG_UNSAFE_NAME_REFUSED, ShownName(node->pszRemoteName.view()));
-        CountFailure();
-        return false;
-    }
-    const TemporaryListing listing;
-    if (listing.Path() == nullptr) {
-        DbgVsprintf(kName, "ERROR. Call to Zarn_GetTmpFileHandle() Failed. Returning FALSE");
-        return false;
-    }
-    Folder folder{site, localStart, remoteStart, RemotePathOf(*node), abort};
-    if (!ListFolder(site, folder.path, listing.Path(), abort)) {
-        CountFailure();
-        return false;
-    }
-    if (!MakeLocalFolder(*node, localStart, remoteStart, abort)) {
-        abort = true;
-        CountFailure();
-        return false;
+    Folder folder{job, RemotePathOf(node)};
+    if (!ListFolder(job, folder.path, listing.Name())) return FailTree(job);
+    if (!MakeLocalFolder(job, node)) {
+        job.Stop();
+        return FailTree(job);
     }
     DumpReader reader;
-    if (!reader.Open(kName, listing.Path())) {
-        CountFailure();
-        return false;
-    }
-    TransferEntries(folder, reader);
+    if (!reader.Open(kFuncName, listing.Name())) return FailTree(job);
+    GetEntries(folder, reader);
     reader.Close();
     return folder.lastRecursion;
+}
+
+bool TransferRemoteTree(TransferNode* node, const char* localStart, const char* remoteStart,
+                        const std::atomic<bool>& abort) {
+    TransferJob* job = RunningJob();
+    if (node == nullptr || job == nullptr || abort) return false;
+    job->localStart = localStart != nullptr ? localStart : "";
+    job->remoteStart = remoteStart != nullptr ? remoteStart : "";
+    return GetTree(*job, *node);
 }

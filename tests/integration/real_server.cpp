@@ -147,15 +147,27 @@ void RealServer::Select(const std::vector<std::string>& names) {
     }
 }
 
-int RealServer::ReceiveSelection() {
+int RealServer::RunJob(const char* name, TransferJob fresh, int (*run)(const std::atomic<bool>& abort)) {
+    lastJob = std::move(fresh);
+    lastJob.site = site;
     int done = -1;
-    Run("Zarn_TransferLVitems", [&] { done = Zarn_TransferLVitems(gSession.transferAbort); });
+    Run(name, [&] {
+        const RunningJobScope running(lastJob);
+        done = run(gSession.transferAbort);
+    });
     return done;
 }
 
+int RealServer::ReceiveSelection() {
+    TransferJob fresh;
+    fresh.start = TransferStart::ListSelection;
+    fresh.remoteItems = ItemsOf(transfer.selection);
+    return RunJob("Zarn_TransferLVitems", std::move(fresh), Zarn_TransferLVitems);
+}
+
 int RealServer::ReceiveFolder(const std::string& path) {
-    transfer.node = NodeOf(path);
-    int done = -1;
-    Run("Zarn_TransferTVitem", [&] { done = Zarn_TransferTVitem(gSession.transferAbort); });
-    return done;
+    TransferJob fresh;
+    fresh.start = TransferStart::TreeSelection;
+    fresh.remoteItems = ItemsOf(NodeOf(path));
+    return RunJob("Zarn_TransferTVitem", std::move(fresh), Zarn_TransferTVitem);
 }

@@ -16,6 +16,7 @@
 #include "support/recording_listing_view.h"
 #include "support/recording_transfer_view.h"
 #include "support/session_harness.h"
+#include "transfer/transfer_job.h"
 
 struct ServerCase {
     const char* name;
@@ -58,6 +59,8 @@ class RealServer : public testing::TestWithParam<ServerCase> {
     const LVobject* Listed(std::string_view name) const;
     // Names for the selection; everything that is listed without any.
     void Select(const std::vector<std::string>& names);
+    // Runs a new job on the worker, as the dialog does: the items done, or -1.
+    int RunJob(const char* name, TransferJob fresh, int (*run)(const std::atomic<bool>& abort));
     // Receive: the items done, or -1.
     int ReceiveSelection();
     int ReceiveFolder(const std::string& path);
@@ -68,6 +71,7 @@ class RealServer : public testing::TestWithParam<ServerCase> {
     TimeOutTimer timer;
     RecordingListingView list;
     RecordingTransferView transfer;
+    TransferJob lastJob;
     LocalFolder local;
     std::unique_ptr<ControlRelay> wire;
     Site* site = nullptr;

@@ -5,8 +5,6 @@
 #include "ftp/worker/result_codes.h"
 #include "ftp/worker/session_state.h"
 #include "integration/real_server.h"
-#include "transfer/get_put.h"
-#include "transfer/transfer_progress.h"
 
 namespace {
 
@@ -84,8 +82,8 @@ TEST_P(Receive, WholeTreeEqualsTheDisk) {
     EXPECT_EQ(local.Contents(), expected);
     for (const std::string& name : expected)
         if (name.back() != '/') ExpectLocalBytes(name, "/" + name);
-    EXPECT_EQ(gTransfer.counters.files, CountFiles(expected));
-    EXPECT_EQ(gTransfer.counters.failures, 1);
+    EXPECT_EQ(lastJob.counters.files, CountFiles(expected));
+    EXPECT_EQ(lastJob.counters.failures, 1);
     EXPECT_EQ(console.Boxes().size(), 1u);
     EXPECT_EQ(transfer.closed, 1);
     EXPECT_STREQ(site->pszCurrentDir.get(), "/");
@@ -164,7 +162,7 @@ TEST_P(Receive, FileThatMayNotBeReadIsRefusedAndLeavesNothingBehind) {
     ASSERT_EQ(console.Boxes().size(), 1u);
     EXPECT_EQ(console.Boxes()[0].buttons, BoxButtons::AbortRetryIgnore);
     EXPECT_TRUE(console.HasBox("members-only.txt"));
-    EXPECT_EQ(gTransfer.counters.failures, 1);
+    EXPECT_EQ(lastJob.counters.failures, 1);
     EXPECT_EQ(local.Contents(), (Names{"notes.txt"}));
     ExpectLocalBytes("notes.txt", "/docs/notes.txt");
 }

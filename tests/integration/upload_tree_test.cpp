@@ -8,7 +8,6 @@
 #include "integration/upload_fixture.h"
 #include "platform/files.h"
 #include "transfer/drop_transfer.h"
-#include "transfer/transfer_progress.h"
 
 namespace {
 
@@ -26,11 +25,16 @@ class UploadTree : public UploadFixture {
         UploadFixture::TearDown();
     }
     int Drop(const Names& names) {
-        transfer.dropped.clear();
-        for (const std::string& name : names) transfer.dropped.push_back(local.PathOf(name));
-        int done = -1;
-        Run("Zarn_TransferDropFiles", [&] { done = Zarn_TransferDropFiles(gSession.transferAbort); });
-        return done;
+        Names paths;
+        for (const std::string& name : names) paths.push_back(local.PathOf(name));
+        return DropPaths(std::move(paths));
+    }
+    int DropPaths(Names paths) {
+        TransferJob fresh;
+        fresh.start = TransferStart::DropFiles;
+        fresh.localPaths = std::move(paths);
+        fresh.targetFolder = target;
+        return RunJob("Zarn_TransferDropFiles", std::move(fresh), Zarn_TransferDropFiles);
     }
     // The deepest names come last in the sorted list of a folder's contents.
     void RemoveWhatWasSent() {
@@ -50,6 +54,8 @@ class UploadTree : public UploadFixture {
         EXPECT_TRUE(IsFileOnDisk(OnServer(name))) << name;
         EXPECT_TRUE(DiskBytes(OnServer(name)) == bytes) << name << " differs";
     }
+
+    std::string target;  // chosen by the drop
 };
 FOR_EVERY_SERVER(UploadTree);
 
@@ -67,8 +73,8 @@ TEST_P(UploadTree, TreeIsOnTheServersDiskByteForByte) {
     EXPECT_EQ(Drop({"tree"}), static_cast<int>(local.Contents().size()));
     for (const auto& [name, bytes] : files) ExpectOnServer(name, bytes);
     EXPECT_TRUE(IsFolderOnDisk(OnServer("tree/nothing in it")));
-    EXPECT_EQ(gTransfer.counters.files, static_cast<int>(files.size()));
-    EXPECT_EQ(gTransfer.counters.failures, 0);
+    EXPECT_EQ(lastJob.counters.files, static_cast<int>(files.size()));
+    EXPECT_EQ(lastJob.counters.failures, 0);
     EXPECT_TRUE(console.Boxes().empty());
     EXPECT_TRUE(view.ServerErrors().empty());
     EXPECT_STREQ(site->pszCurrentDir.get(), kUploads);
@@ -97,7 +103,7 @@ TEST_P(UploadTree, TextGoesInAsciiModeAndTheRestAsItIs) {
 
 TEST_P(UploadTree, TargetOfADropReceivesAndTheSessionIsBackWhereItWas) {
     ASSERT_EQ(Open("/docs"), FTP_COMPLETE);
-    transfer.target = kUploads;
+    target = kUploads;
     local.Write("a.txt", "aaa");
     local.Write("dir/b.txt", "bbb");
     EXPECT_EQ(Drop({"a.txt", "dir"}), 3);
@@ -125,8 +131,8 @@ TEST_P(UploadTree, FolderThatMayNotBeWrittenIsToldOnceAndTheSessionGoesOn) {
     Drop({"dir"});
     EXPECT_FALSE(IsFolderOnDisk("/docs/dir"));
     EXPECT_EQ(console.Boxes().size() + view.ServerErrors().size(), 1u);
-    EXPECT_EQ(gTransfer.counters.failures, 1);
-    EXPECT_EQ(gTransfer.counters.files, 0);
+    EXPECT_EQ(lastJob.counters.failures, 1);
+    EXPECT_EQ(lastJob.counters.files, 0);
     EXPECT_STREQ(site->pszCurrentDir.get(), "/docs");
     ASSERT_EQ(Open(kUploads), FTP_COMPLETE);
     EXPECT_EQ(Drop({"dir"}), 2);
@@ -151,9 +157,8 @@ TEST_P(UploadTree, WhatWasSentComesBackTheSame) {
 // opened; natively it is nothing.
 TEST_P(UploadTree, LinkedFilesAreSentAndLinkedFoldersPassedOver) {
     gTrace.verbose = true;  // passed over: a line on the console
-    transfer.dropped = {DiskPath("/pub/links")};
     for (int i = 0; i < 10; ++i) console.AnswerNext(BoxAnswer::Ignore);
-    Run("Zarn_TransferDropFiles", [] { Zarn_TransferDropFiles(gSession.transferAbort); });
+    DropPaths({DiskPath("/pub/links")});
     int files = 0;
     int folders = 0;
     for (const DiskEntry* entry : DiskFolder("/pub/links")) {

@@ -12,7 +12,7 @@
 #include "listing/listing_driver.h"
 #include "listing/recursive_count.h"
 #include "listing/symlinks.h"
-#include "transfer/get_put.h"
+#include "transfer/get_item.h"
 
 namespace matrix {
 namespace {
@@ -120,7 +120,8 @@ int Count(Scene& s) {
 }
 
 int Download(Scene& s) {
-    const bool got = DlgGetFile(&s.download, s.transferAborted);
+    const RunningJobScope scope(s.job);
+    const bool got = DlgGetFile(&s.download, gSession.transferAbort);
     return got ? FTP_COMPLETE : s.download.iRetCode;
 }
 

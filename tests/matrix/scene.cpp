@@ -14,8 +14,6 @@
 #include "matrix/operations.h"
 #include "platform/files.h"
 #include "support/bounded_wait.h"
-#include "transfer/receive_target.h"
-#include "transfer/transfer_progress.h"
 
 namespace matrix {
 namespace {
@@ -94,8 +92,9 @@ bool Scene::Prepare(const Operation& operation) {
     ArrangeSite();
     if (LocalBytes(kReceived) != kKeptBytes) Write(kReceived, kKeptBytes);
     gZarn.SENDUNIQUE = 1;
-    ResetTransfer();
-    ForgetReceivedFiles();
+    job = TransferJob();
+    job.site = site;
+    job.currentLocalFolder = platform::CurrentFolder();
     transferAborted = false;
     if (!EnsureConnection(operation)) return false;
     h.view.Clear();

@@ -14,6 +14,7 @@
 #include "support/recording_listing_view.h"
 #include "support/recording_transfer_view.h"
 #include "support/session_harness.h"
+#include "transfer/transfer_job.h"
 
 namespace matrix {
 
@@ -53,6 +54,7 @@ class Scene {
     std::unique_ptr<TVobject, void (*)(TVobject*)> siteNode{nullptr, Zarn_FreeTVobject};
     TVobject* root;
     TVobject* pub;
+    TransferJob job;
     TransferNode download;
     TransferNode upload;
     std::atomic<bool> transferAborted{false};

@@ -6,19 +6,22 @@ namespace {
 
 RecordingTransferView* current = nullptr;
 
+template <class Values, class Value>
+void Append(Values& values, Value& seen, const Value& now) {
+    if (now == seen) return;
+    values.push_back(now);
+    seen = now;
+}
+
 }  // namespace
 
 RecordingTransferView::RecordingTransferView() : before_(gTransferView) {
     current = this;
+    seen_.bar = -1;  // so that the first position is recorded, whichever it is
+    ResetTransferProgress();
+    WatchTransferProgress(Record);
     gTransferView.showDialog = [] { ++current->shown; };
     gTransferView.closeDialog = [] { ++current->closed; };
-    gTransferView.setItem = [](const char* text) { current->items.emplace_back(text); };
-    gTransferView.setSource = [](const char* text) { current->sources.emplace_back(text); };
-    gTransferView.setDestination = [](const char* text) { current->destinations.emplace_back(text); };
-    gTransferView.setBytes = [](const char* text) { current->bytes.emplace_back(text); };
-    gTransferView.setCounters = [](const char* text) { current->counters.emplace_back(text); };
-    gTransferView.setMode = [](char mode) { current->modes += mode; };
-    gTransferView.setBar = [](int position) { current->bars.push_back(position); };
     gTransferView.confirmReplace = [](const ReplaceQuestion& question) {
         current->questions.push_back(question);
         if (current->answers.empty()) return ReplaceAnswer::No;
@@ -26,17 +29,26 @@ RecordingTransferView::RecordingTransferView() : before_(gTransferView) {
         current->answers.erase(current->answers.begin());
         return answer;
     };
-    gTransferView.selectedEntries = [] { return current->selection; };
-    gTransferView.selectedNode = [] { return current->node; };
-    gTransferView.droppedFiles = [] { return current->dropped; };
-    gTransferView.standardInputFiles = [] { return current->named; };
-    gTransferView.dropTarget = [] { return current->target; };
-    gTransferView.addListedEntry = [](LVobjectPtr entry) { current->listed.push_back(std::move(entry)); };
+    gTransferView.addListedEntry = [](const Site*, const std::string&, LVobjectPtr entry) {
+        current->listed.push_back(std::move(entry));
+    };
 }
 
 RecordingTransferView::~RecordingTransferView() {
+    WatchTransferProgress(nullptr);
     gTransferView = before_;
     current = nullptr;
+}
+
+void RecordingTransferView::Record(const TransferProgress& progress) {
+    TransferProgress& seen = current->seen_;
+    Append(current->items, seen.item, progress.item);
+    Append(current->sources, seen.source, progress.source);
+    Append(current->destinations, seen.destination, progress.destination);
+    Append(current->bytes, seen.bytes, progress.bytes);
+    Append(current->counters, seen.counters, progress.counters);
+    Append(current->modes, seen.mode, progress.mode);
+    Append(current->bars, seen.bar, progress.bar);
 }
 
 void RecordingTransferView::Select(const std::string& line, TVobject* listedFolder) {

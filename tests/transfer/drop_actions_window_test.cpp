@@ -19,7 +19,6 @@
 #include "support/recording_transfer_view.h"
 #include "support/session_harness.h"
 #include "transfer/progress_dialog.h"
-#include "transfer/transfer_progress.h"
 
 using namespace dialog_user;
 
@@ -74,8 +73,17 @@ class DropActionsWindow : public testing::Test {
     static bool Pump(const std::function<bool()>& condition) {
         return PumpUntil(condition, TransferDialogWindow, test_support::kLongWait);
     }
-    bool Send(Site* site) {
-        return drop_files_fx(site, owner_.Handle(), [] { ++gFinished; });
+    bool Send(Site* site, Names paths) {
+        TransferJob job;
+        job.localPaths = std::move(paths);
+        return drop_files_fx(site, owner_.Handle(), std::move(job), [] { ++gFinished; });
+    }
+    bool SendNamed(Site* site, Names names) {
+        TransferJob job;
+        job.site = site;
+        job.start = TransferStart::StandardInput;
+        job.localPaths = std::move(names);
+        return OpenTransferDialog(owner_.Handle(), std::move(job), [] { ++gFinished; });
     }
 
     SessionHarness session_;
@@ -126,8 +134,7 @@ TEST_F(DropActionsWindow, PasteWithoutAConnectionIsToldAndPastesNothing) {
 
 TEST_F(DropActionsWindow, DropWhileDisconnectedIsToldAndTransfersNothing) {
     folder_.Write("a.txt", "aaa");
-    view_.dropped = {folder_.PathOf("a.txt")};
-    EXPECT_FALSE(Send(session_.MakeSite()));
+    EXPECT_FALSE(Send(session_.MakeSite(), {folder_.PathOf("a.txt")}));
     EXPECT_TRUE(session_.console.HasBox("NOT CONNECTED!! Files(s) ignored."));
     EXPECT_EQ(TransferDialogWindow(), nullptr);
     EXPECT_FALSE(WorkerRunning());
@@ -140,14 +147,12 @@ TEST_F(DropActionsWindow, DroppedTreeIsSentBehindTheDialogWhichThenCloses) {
     site->pszCurrentDir = OwnedText::Copy("/up");
     folder_.Write("dir/a.txt", "aaa");
     folder_.Write("Grüße 灯台.txt", "bbb");
-    view_.dropped = {folder_.PathOf("dir"), folder_.PathOf("Grüße 灯台.txt")};
-    ASSERT_TRUE(Send(site));
+    ASSERT_TRUE(Send(site, {folder_.PathOf("dir"), folder_.PathOf("Grüße 灯台.txt")}));
     ASSERT_TRUE(Pump([] { return TransferDialogWindow() == nullptr; }));
     EXPECT_EQ(gFinished, 1);
     EXPECT_EQ(session_.server.FileBytes("/up/dir/a.txt"), "aaa");
     EXPECT_EQ(session_.server.FileBytes("/up/Grüße 灯台.txt"), "bbb");
-    EXPECT_EQ(gTransfer.counters.files, 2);
-    EXPECT_EQ(gTransfer.counters.folders, 1);
+    EXPECT_EQ(view_.counters.back(), "2 Files Transfered,  1 Folders Created");
 }
 
 TEST_F(DropActionsWindow, AbortButtonEndsAnUploadAndKeepsTheConnection) {
@@ -155,20 +160,18 @@ TEST_F(DropActionsWindow, AbortButtonEndsAnUploadAndKeepsTheConnection) {
     site->pszCurrentDir = OwnedText::Copy("/up");
     session_.server.On("STOR", {Say("150 ok\r\n"), OpenData(), Hold(), CloseData(), Say("426 gone\r\n")});
     folder_.Write("big.bin", std::string(20'000'000, 'x'));
-    view_.dropped = {folder_.PathOf("big.bin")};
-    ASSERT_TRUE(Send(site));
+    ASSERT_TRUE(Send(site, {folder_.PathOf("big.bin")}));
     ASSERT_TRUE(Pump([this] { return !session_.view.Progress().empty(); }));
     PostMessageW(TransferDialogWindow(), WM_COMMAND, IDC_TRANSFER_ABORT, 0);
     session_.server.Release();
     ASSERT_TRUE(Pump([] { return TransferDialogWindow() == nullptr; }));
-    EXPECT_EQ(gTransfer.counters.failures, 1);
+    EXPECT_TRUE(session_.console.HasLine("'big.bin' was not sent."));
     EXPECT_TRUE(session_.console.Boxes().empty());
     EXPECT_TRUE(HasControlSocket(site));
 }
 
 TEST_F(DropActionsWindow, StandardInputWithoutNamesOpensNoDialog) {
-    session_.ConnectedSite();
-    EXPECT_FALSE(OpenTransferDialog(owner_.Handle(), TransferStart::StandardInput, nullptr));
+    EXPECT_FALSE(SendNamed(session_.ConnectedSite(), {}));
     EXPECT_EQ(TransferDialogWindow(), nullptr);
 }
 
@@ -176,8 +179,7 @@ TEST_F(DropActionsWindow, FilesNamedOnStandardInputAreSent) {
     Site* site = session_.ConnectedSite();
     site->pszCurrentDir = OwnedText::Copy("/up");
     folder_.Write("a.txt", "aaa");
-    view_.named = {"a.txt"};
-    ASSERT_TRUE(OpenTransferDialog(owner_.Handle(), TransferStart::StandardInput, [] { ++gFinished; }));
+    ASSERT_TRUE(SendNamed(site, {"a.txt"}));
     ASSERT_TRUE(Pump([] { return TransferDialogWindow() == nullptr; }));
     EXPECT_EQ(gFinished, 1);
     EXPECT_EQ(session_.server.FileBytes("/up/a.txt"), "aaa");

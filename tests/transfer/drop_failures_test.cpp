@@ -1,3 +1,5 @@
+#include <utility>
+
 #include "ftp/worker/blocking_call.h"
 #include "platform/files.h"
 #include "platform/system.h"
@@ -14,7 +16,7 @@ class DropFailures : public DropTransfer {};
 
 TEST_F(DropFailures, TargetThatCannotBeEnteredIsToldAndNothingIsSent) {
     harness.server.On("CWD", {Say("550 Permission denied\r\n")});
-    view.target = "/closed";
+    target = "/closed";
     local.Write("a.txt", "aaa");
     EXPECT_EQ(-1, Drop({"a.txt"}));
     EXPECT_TRUE(harness.console.HasBox("An error occured while trying to set the remote directory to /closed."));
@@ -37,7 +39,7 @@ TEST_F(DropFailures, ItemFromElsewhereIsToldAndEndsTheDrop) {
     local.Write("one/c.txt", "ccc");
     EXPECT_EQ(1, Drop({"one/a.txt", "two/b.txt", "one/c.txt"}));
     EXPECT_TRUE(harness.console.HasBox("does not lie below '" + local.PathOf("one") + "' and is not sent."));
-    EXPECT_EQ(1, gTransfer.counters.failures);
+    EXPECT_EQ(1, job.counters.failures);
     EXPECT_EQ(1, harness.server.CountCommands("STOR"));
 }
 
@@ -46,8 +48,8 @@ TEST_F(DropFailures, FailedFileEndsTheDropAndCountsTwice) {
     local.Write("b.txt", "bbb");
     harness.server.Once("STOR", {Say("553 not here\r\n")});
     EXPECT_EQ(1, Drop({"a.txt", "b.txt"}));
-    EXPECT_EQ(1, gTransfer.counters.failures);
-    EXPECT_EQ(1, gTransfer.counters.files);
+    EXPECT_EQ(1, job.counters.failures);
+    EXPECT_EQ(1, job.counters.files);
     EXPECT_EQ(1, harness.server.CountCommands("STOR"));
     EXPECT_TRUE(view.listed.empty());
 }
@@ -58,7 +60,7 @@ TEST_F(DropFailures, IgnoredFileIsCountedAndTheRestGoesOn) {
     harness.server.Once("STOR", {Say("553 not here\r\n")});
     harness.console.AnswerNext(BoxAnswer::Ignore);
     EXPECT_EQ(3, Drop({"dir"}));
-    EXPECT_EQ(1, gTransfer.counters.failures);
+    EXPECT_EQ(1, job.counters.failures);
     EXPECT_FALSE(harness.server.Exists("/up/dir/a.txt"));
     EXPECT_EQ("bbb", Stored("dir/b.txt"));
     EXPECT_TRUE(harness.console.HasLine("1 of 3 items could not be transferred."));
@@ -83,7 +85,7 @@ TEST_F(DropFailures, FileFailureEndsItsFolderWithoutTheAbortFlag) {
     harness.server.AddFolder("/up/dir");
     harness.server.Once("STOR", {Say("553 not here\r\n")});
     gFoundationView.showMessageBox = nullptr;
-    gTransfer.listedFolder = "/up";
+    job.listedFolder = "/up";
     EXPECT_FALSE(TransferLocalTree(local.PathOf("dir").c_str(), local.Path().c_str(), "/up", abort));
     EXPECT_FALSE(abort);
     EXPECT_EQ(1, harness.server.CountCommands("STOR"));
@@ -104,7 +106,7 @@ TEST_F(DropFailures, RefusedTopFolderEndsTheDropAndPutsTheRemoteFolderBack) {
     local.Write("dir/a.txt", "aaa");
     harness.server.On("MKD", {Say("550 Permission denied\r\n")});
     EXPECT_EQ(0, Drop({"dir"}));
-    EXPECT_EQ(1, gTransfer.counters.failures);
+    EXPECT_EQ(1, job.counters.failures);
     EXPECT_EQ(0, harness.server.CountCommands("STOR"));
     EXPECT_STREQ("/up", site->pszCurrentDir.get());
     EXPECT_EQ(1, view.closed);
@@ -120,7 +122,7 @@ TEST_F(DropFailures, FullDiskInTheMiddleOfATreeEndsItCleanly) {
     EXPECT_EQ(4, Drop({"dir"}));
     EXPECT_TRUE(abort);
     EXPECT_EQ("aaa", Stored("dir/a.txt"));
-    EXPECT_EQ(1, gTransfer.counters.failures);
+    EXPECT_EQ(1, job.counters.failures);
     EXPECT_TRUE(harness.console.HasBox("(disk full)"));
     EXPECT_EQ(1u, harness.console.Boxes().size());
     EXPECT_STREQ("/up", site->pszCurrentDir.get());
@@ -133,21 +135,22 @@ TEST_F(DropFailures, ServerThatHangsUpInTheMiddleOfATreeIsToldOnceAndEndsIt) {
         SessionHarness fresh;
         gZarn.SENDUNIQUE = 0;
         fresh.server.AddFolder("/up");
-        Site* own = fresh.ConnectedSite();
+        Site* const before = std::exchange(site, fresh.ConnectedSite());
         char reply[kReplySize] = "";
-        DoCWD(own, "/up", reply, true);
-        abort = false;
+        DoCWD(site, "/up", reply, true);
+        SetTransferAbort(false);
         view.closed = 0;
         local.Write("dir/a.txt", "aaa");
         local.Write("dir/sub/b.txt", "bbb");
         fresh.server.Once(verb, {Answer()});
         fresh.server.On(verb, {CloseControl()});
         Drop({"dir"});
+        site = before;
         EXPECT_TRUE(abort) << verb;
         EXPECT_EQ(1, view.closed) << verb;
         EXPECT_EQ(1u, fresh.console.Boxes().size()) << verb;
         EXPECT_TRUE(fresh.console.HasBox("The FTP Server has aborted your connection")) << verb;
-        EXPECT_EQ(1, gTransfer.counters.failures) << verb;
+        EXPECT_EQ(1, job.counters.failures) << verb;
         EXPECT_EQ(2, fresh.server.CountCommands(verb)) << verb;
     }
 }
@@ -160,7 +163,7 @@ TEST_F(DropFailures, ServerThatHangsUpInANewFolderEndsTheDrop) {
     EXPECT_TRUE(abort);
     EXPECT_TRUE(harness.console.HasBox("The FTP Server has aborted your connection"));
     EXPECT_EQ(0, harness.server.CountCommands("STOR"));
-    EXPECT_EQ(1, gTransfer.counters.failures);
+    EXPECT_EQ(1, job.counters.failures);
 }
 
 TEST_F(DropFailures, RefusedUniqueStoreOfATreeEndsWithItsFirstFile) {
@@ -170,7 +173,7 @@ TEST_F(DropFailures, RefusedUniqueStoreOfATreeEndsWithItsFirstFile) {
     harness.server.On("STOU", {Say("500 What?\r\n")});
     Drop({"dir"});
     EXPECT_EQ(1, harness.server.CountCommands("STOU"));
-    EXPECT_EQ(1, gTransfer.counters.failures);
+    EXPECT_EQ(1, job.counters.failures);
     EXPECT_STREQ("/up", site->pszCurrentDir.get());
 }
 
@@ -191,12 +194,13 @@ TEST_F(DropFailures, AbortInTheMiddleStopsWithinAStep) {
         AbortAsTheUserDoes();
         harness.server.Release();
     });
-    view.dropped = {local.PathOf("dir")};
+    NewJob(TransferStart::DropFiles);
+    job.localPaths = {local.PathOf("dir")};
     Zarn_TransferDropFiles(gSession.transferAbort);
     user.Join();
     EXPECT_EQ(2, harness.server.CountCommands("STOR"));
     EXPECT_TRUE(harness.console.Boxes().empty());
-    EXPECT_EQ(1, gTransfer.counters.failures);
+    EXPECT_EQ(1, job.counters.failures);
     EXPECT_STREQ("/up", site->pszCurrentDir.get());
     EXPECT_EQ("CWD /up", harness.server.Commands().back());
     EXPECT_EQ(1, view.closed);
@@ -212,7 +216,7 @@ TEST_F(DropFailures, TooBigFileIsSkippedAfterTheMessageAndTheRestGoesOn) {
     local.Write("b.txt", "bbb");
     EXPECT_EQ(2, Drop({"a.bin", "b.txt"}));
     EXPECT_EQ("bbb", Stored("b.txt"));
-    EXPECT_EQ(1, gTransfer.counters.failures);
+    EXPECT_EQ(1, job.counters.failures);
     EXPECT_TRUE(harness.console.HasBox("Files of 4 GiB and more cannot be sent."));
     EXPECT_EQ(1, harness.server.CountCommands("STOR"));
 }
@@ -233,7 +237,7 @@ TEST_F(DropFailures, RemoteStartWithoutASeparatorTakesNothing) {
     local.Write("a.txt", "aaa");
     site->pszCurrentDir = OwnedText::Copy("somewhere");
     EXPECT_EQ(0, Drop({"a.txt"}));
-    EXPECT_EQ(1, gTransfer.counters.failures);
+    EXPECT_EQ(1, job.counters.failures);
     EXPECT_EQ(0, harness.server.CountCommands("STOR"));
 }
 
@@ -246,7 +250,7 @@ TEST_F(DropFailures, UnreadableFolderIsToldAndIgnoreGoesOn) {
     EXPECT_EQ(2, Drop({"dir", "z.txt"}));
     EXPECT_TRUE(harness.console.HasBox("Unable to open the local folder\n    <" + local.PathOf("dir") + ">."));
     EXPECT_EQ("zzz", Stored("z.txt"));
-    EXPECT_EQ(1, gTransfer.counters.failures);
+    EXPECT_EQ(1, job.counters.failures);
 }
 
 TEST_F(DropFailures, UnreadableFolderIsReadAgainOnRetryAndEndsTheDropOnAbort) {

@@ -1,4 +1,4 @@
-// What every test of a drop stands on: a session in the server's folder /up, to which local files are sent.
+// The ground for every test of a drop: a session in the server's folder /up, to which local files are sent.
 #pragma once
 
 #include "ftp/control/remote_commands.h"
@@ -15,8 +15,9 @@ class DropTransfer : public TransferTest {
         harness.server.ForgetCommands();
     }
     int Drop(const Names& names) {
-        view.dropped.clear();
-        for (const std::string& name : names) view.dropped.push_back(local.PathOf(name));
+        NewJob(TransferStart::DropFiles);
+        job.targetFolder = target;
+        for (const std::string& name : names) job.localPaths.push_back(local.PathOf(name));
         return Zarn_TransferDropFiles(abort);
     }
     std::string Stored(const std::string& name) { return harness.server.FileBytes("/up/" + name); }
@@ -25,4 +26,6 @@ class DropTransfer : public TransferTest {
         for (const LVobjectPtr& entry : view.listed) names.emplace_back(entry->name.c_str());
         return names;
     }
+
+    std::string target;  // chosen by the drop
 };

@@ -79,7 +79,7 @@ TEST_F(DropTransfer, BothSidesAreBackWhereTheyStood) {
 
 TEST_F(DropTransfer, TargetStandsInForTheCurrentFolderAndIsLeftAgain) {
     harness.server.AddFolder("/else/where");
-    view.target = "/else/where";
+    target = "/else/where";
     local.Write("a.txt", "aaa");
     local.Write("dir/b.txt", "bbb");
     EXPECT_EQ(3, Drop({"a.txt", "dir"}));
@@ -91,7 +91,7 @@ TEST_F(DropTransfer, TargetStandsInForTheCurrentFolderAndIsLeftAgain) {
 }
 
 TEST_F(DropTransfer, TargetThatIsTheShownFolderJoinsTheList) {
-    view.target = "/up";
+    target = "/up";
     local.Write("a.txt", "aaa");
     Drop({"a.txt"});
     EXPECT_EQ((Names{"a.txt"}), ListedNames());
@@ -108,7 +108,7 @@ TEST_F(DropTransfer, PathThatCannotBeFoundIsPassedOver) {
     local.Write("a.txt", "aaa");
     EXPECT_EQ(1, Drop({"missing", "a.txt"}));
     EXPECT_EQ("aaa", Stored("a.txt"));
-    EXPECT_EQ(0, gTransfer.counters.failures);
+    EXPECT_EQ(0, job.counters.failures);
     EXPECT_TRUE(harness.console.Boxes().empty());
 }
 
@@ -173,7 +173,8 @@ TEST_F(DropTransfer, FilesNamedOnStandardInputAllLandInTheCurrentFolder) {
     local.Write("a.txt", "aaa");
     local.Write("one/b.txt", "bbb");
     local.Write("two/c.txt", "ccc");
-    view.named = {"a.txt", local.PathOf("one/b.txt"), "two"};
+    NewJob(TransferStart::StandardInput);
+    job.localPaths = {"a.txt", local.PathOf("one/b.txt"), "two"};
     gTrace.debug = true;
     EXPECT_EQ(4, Zarn_TransferStdInFiles(abort));
     EXPECT_EQ("aaa", Stored("a.txt"));
@@ -184,6 +185,7 @@ TEST_F(DropTransfer, FilesNamedOnStandardInputAllLandInTheCurrentFolder) {
 }
 
 TEST_F(DropTransfer, NothingNamedOnStandardInputSendsNothing) {
+    NewJob(TransferStart::StandardInput);
     EXPECT_EQ(-1, Zarn_TransferStdInFiles(abort));
     EXPECT_EQ(1, view.closed);
 }
@@ -216,7 +218,7 @@ TEST_F(DropTransfer, NameWithALineEndIsLeftOutAndTheRestGoesOn) {
     EXPECT_EQ(2, Drop({"dir"}));
     EXPECT_EQ("bbb", Stored("dir/b.txt"));
     EXPECT_EQ(0, harness.server.CountCommands("DELE"));
-    EXPECT_EQ(1, gTransfer.counters.failures);
+    EXPECT_EQ(1, job.counters.failures);
     EXPECT_TRUE(harness.console.HasBox("cannot be sent to a server."));
 }
 #endif

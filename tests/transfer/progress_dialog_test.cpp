@@ -20,6 +20,7 @@
 #include "support/local_folder.h"
 #include "support/recording_transfer_view.h"
 #include "support/session_harness.h"
+#include "transfer/selection_transfer.h"
 #include "transfer/transfer_progress.h"
 
 using namespace dialog_user;
@@ -50,9 +51,7 @@ class ProgressDialogTest : public testing::Test {
         SKIP_WITHOUT_DISPLAY();
         FillTransferView(gTransferView);
         gSessionView.waitForThread = WaitServing;
-        gSessionView.setTransferProgress = [](std::uint64_t done, std::uint64_t total) {
-            SetTransferDialogProgress(done, total);
-        };
+        gSessionView.setTransferProgress = ShowTransferProgress;
         gFinish = Finish();
         gFinish.owner = owner_.Handle();
     }
@@ -65,12 +64,29 @@ class ProgressDialogTest : public testing::Test {
     static bool Pump(const std::function<bool()>& condition, DWORD milliseconds = test_support::kLongWait) {
         return PumpUntil(condition, TransferDialogWindow, milliseconds);
     }
-    bool Open(TransferStart start) { return OpenTransferDialog(owner_.Handle(), start, OnFinished); }
+    bool Open(TransferStart start) {
+        TransferJob job;
+        job.site = gSession.activeSite;
+        job.start = start;
+        if (start == TransferStart::ListSelection) job.remoteItems = ItemsOf(view_.selection);
+        return OpenTransferDialog(owner_.Handle(), std::move(job), OnFinished);
+    }
     // A dialog that shows and that no worker drives.
     HWND Show() {
         EXPECT_TRUE(Open(TransferStart::None));
         gTransferView.showDialog();
+        EXPECT_TRUE(Pump(Visible));
         return TransferDialogWindow();
+    }
+    // Waits until the dialog has drawn the text.
+    static std::string DrawnText(int item, const std::string& text) {
+        const HWND dialog = TransferDialogWindow();
+        Pump([&] { return ItemText(dialog, item) == text; });
+        return ItemText(dialog, item);
+    }
+    static int DrawnBar(HWND dialog, int position) {
+        Pump([&] { return Bar(dialog) == position; });
+        return Bar(dialog);
     }
     static bool Visible() { return TransferDialogWindow() != nullptr && IsWindowVisible(TransferDialogWindow()); }
     static int Bar(HWND dialog) {
@@ -95,9 +111,10 @@ TEST_F(ProgressDialogTest, StaysHiddenUntilThereIsSomethingToDo) {
     ASSERT_NE(dialog, nullptr);
     EXPECT_FALSE(IsWindowVisible(dialog));
     EXPECT_TRUE(IsWindowEnabled(owner_.Handle()));
-    EXPECT_TRUE(gTransfer.running);
+    EXPECT_TRUE(TransferRunning());
     gTransferView.showDialog();
-    EXPECT_TRUE(IsWindowVisible(dialog));
+    EXPECT_FALSE(IsWindowVisible(dialog)) << "whoever asks for it does not wait";
+    ASSERT_TRUE(Pump(Visible));
     EXPECT_FALSE(IsWindowEnabled(owner_.Handle())) << "the main window takes no input meanwhile";
     EXPECT_EQ(GetText(dialog), kCaption);
     EXPECT_EQ(ItemText(dialog, IDC_TRANSFER_ABORT), "&Abort");
@@ -105,15 +122,15 @@ TEST_F(ProgressDialogTest, StaysHiddenUntilThereIsSomethingToDo) {
 }
 
 TEST_F(ProgressDialogTest, OpeningForgetsTheLastTransfer) {
-    gTransfer.counters = {3, 2, 1};
-    gTransfer.replaceAll = true;
+    RefreshCountersText({3, 2, 1});
+    SetDlgTransferingText("old.txt");
+    SetProgressBar(500);
     SetTransferAbort(true);
-    ASSERT_TRUE(Open(TransferStart::None));
+    const HWND dialog = Show();
     EXPECT_FALSE(gSession.transferAbort);
-    EXPECT_EQ(gTransfer.counters.files + gTransfer.counters.folders + gTransfer.counters.failures, 0);
-    EXPECT_FALSE(gTransfer.replaceAll);
-    const HWND dialog = TransferDialogWindow();
     EXPECT_EQ(ItemText(dialog, IDC_TRANSFER_COUNTERS), "");
+    EXPECT_EQ(ItemText(dialog, IDC_TRANSFER_NAME), "");
+    EXPECT_EQ(Bar(dialog), 0);
     PBRANGE range{};
     SendDlgItemMessageW(dialog, IDC_TRANSFER_BAR, PBM_GETRANGE, TRUE, reinterpret_cast<LPARAM>(&range));
     EXPECT_EQ(range.iLow, 0);
@@ -128,33 +145,33 @@ TEST_F(ProgressDialogTest, EndsInOrder) {
     EXPECT_TRUE(gFinish.dialogWasGone);
     EXPECT_TRUE(gFinish.ownerTookInput);
     EXPECT_EQ(GetActiveWindow(), owner_.Handle());
-    EXPECT_FALSE(gTransfer.running);
+    EXPECT_FALSE(TransferRunning());
 }
 
 TEST_F(ProgressDialogTest, ShowsWhatTheWorkerTells) {
-    const HWND dialog = Show();
+    Show();
     SetDlgTransferingText("Bücher & Co.txt");
-    EXPECT_EQ(ItemText(dialog, IDC_TRANSFER_NAME), "Transfering: Bücher & Co.txt");
+    EXPECT_EQ(DrawnText(IDC_TRANSFER_NAME, "Transfering: Bücher & Co.txt"), "Transfering: Bücher & Co.txt");
     SetDlgCreatingText("new");
-    EXPECT_EQ(ItemText(dialog, IDC_TRANSFER_NAME), "Creating Directory: new ");
+    EXPECT_EQ(DrawnText(IDC_TRANSFER_NAME, "Creating Directory: new "), "Creating Directory: new ");
     SetDlgFromText("Demo", "/pub");
-    EXPECT_EQ(ItemText(dialog, IDC_TRANSFER_FROM), "Demo : /pub");
+    EXPECT_EQ(DrawnText(IDC_TRANSFER_FROM, "Demo : /pub"), "Demo : /pub");
     SetDlgSendToText("", "C:\\in");
-    EXPECT_EQ(ItemText(dialog, IDC_TRANSFER_TO), "C:\\in");
-    gTransfer.counters = {2, 3, 0};  // folders, files
-    RefreshCountersText();
-    EXPECT_EQ(ItemText(dialog, IDC_TRANSFER_COUNTERS), "3 Files Transfered,  2 Folders Created");
+    EXPECT_EQ(DrawnText(IDC_TRANSFER_TO, "C:\\in"), "C:\\in");
+    RefreshCountersText({2, 3, 0});  // folders, files
+    const std::string counters = "3 Files Transfered,  2 Folders Created";
+    EXPECT_EQ(DrawnText(IDC_TRANSFER_COUNTERS, counters), counters);
 }
 
 TEST_F(ProgressDialogTest, ProgressIsCountedIn64Bits) {
     const HWND dialog = Show();
-    SetTransferDialogProgress(7'000'000'000, 10'000'000'000);
-    EXPECT_EQ(Bar(dialog), 700);
+    ShowTransferProgress(7'000'000'000, 10'000'000'000);
+    EXPECT_EQ(DrawnBar(dialog, 700), 700);
     EXPECT_EQ(ItemText(dialog, IDC_TRANSFER_BYTES), "7000000000 of 10000000000");
-    SetTransferDialogProgress(12, 0);
-    EXPECT_EQ(ItemText(dialog, IDC_TRANSFER_BYTES), "12") << "an unknown total is not shown";
-    SetTransferDialogProgress(12, 10);
-    EXPECT_EQ(Bar(dialog), 1000) << "a file that grew fills the bar";
+    ShowTransferProgress(12, 0);
+    EXPECT_EQ(DrawnText(IDC_TRANSFER_BYTES, "12"), "12") << "an unknown total is not shown";
+    ShowTransferProgress(12, 10);
+    EXPECT_EQ(DrawnBar(dialog, 1000), 1000) << "a file that grew fills the bar";
 }
 
 TEST_F(ProgressDialogTest, TheModeCheckedIsTheModeGiven) {
@@ -165,12 +182,12 @@ TEST_F(ProgressDialogTest, TheModeCheckedIsTheModeGiven) {
             if (IsDlgButtonChecked(dialog, button)) found = found == 0 ? button : -1;
         return found;
     };
-    gTransferView.setMode('A');
-    EXPECT_EQ(checked(), IDC_TRANSFER_ASCII);
-    gTransferView.setMode('L');
-    EXPECT_EQ(checked(), IDC_TRANSFER_L8);
-    gTransferView.setMode('I');
-    EXPECT_EQ(checked(), IDC_TRANSFER_BINARY);
+    EXPECT_EQ(checked(), 0) << "no file has chosen a mode yet";
+    for (const auto& [mode, button] :
+         {std::pair('A', IDC_TRANSFER_ASCII), std::pair('L', IDC_TRANSFER_L8), std::pair('I', IDC_TRANSFER_BINARY)}) {
+        ShowMode(mode);
+        EXPECT_TRUE(Pump([&, wanted = button] { return checked() == wanted; })) << mode;
+    }
 }
 
 TEST_F(ProgressDialogTest, LongPathsAreShortenedToFit) {
@@ -178,12 +195,13 @@ TEST_F(ProgressDialogTest, LongPathsAreShortenedToFit) {
     std::string path;
     for (int level = 0; level < 30; ++level) path += "/some folder";
     SetDlgFromText("Demo", (path + "/last one").c_str());
+    ASSERT_TRUE(Pump([dialog] { return !ItemText(dialog, IDC_TRANSFER_FROM).empty(); }));
     const std::string shown = ItemText(dialog, IDC_TRANSFER_FROM);
     EXPECT_EQ(shown.rfind("Demo : /some folder", 0), 0u) << shown;
     EXPECT_NE(shown.find("/.../last one"), std::string::npos) << shown;
     const std::string unbroken(500, 'x');
     SetDlgSendToText("", unbroken.c_str());
-    EXPECT_EQ(ItemText(dialog, IDC_TRANSFER_TO), unbroken) << "nothing to leave out: the control cuts it";
+    EXPECT_EQ(DrawnText(IDC_TRANSFER_TO, unbroken), unbroken) << "nothing to leave out: the control cuts it";
 }
 
 TEST_F(ProgressDialogTest, ASecondOneIsRefused) {
@@ -216,7 +234,7 @@ TEST_F(ProgressDialogTest, AbortWhileRunningSetsTheFlagAndLeavesTheDialog) {
 
 TEST_F(ProgressDialogTest, AbortWhileNotRunningCloses) {
     const HWND dialog = Show();
-    gTransfer.running = false;
+    SetTransferRunning(false);
     SendMessageW(dialog, WM_COMMAND, IDC_TRANSFER_ABORT, 0);
     EXPECT_TRUE(Pump([] { return TransferDialogWindow() == nullptr; }));
     EXPECT_EQ(gFinish.calls, 1);
@@ -288,13 +306,13 @@ TEST_F(ProgressDialogTest, AWorkerThatDoesNotStopWithin5SecondsIsLeftBehind) {
     gHold = platform::CreateManualEvent();
     static std::atomic<bool> held;
     held = false;
-    gTransferView.selectedEntries = [] {
+    gTransferView.showDialog = [] {
         held = true;
         platform::WaitEvent(gHold, 20'000);
-        gTransferView.setItem("too late");
-        return std::vector<const LVobject*>();
+        SetDlgTransferingText("too late");
     };
     ASSERT_NE(session_.ConnectedSite(), nullptr);
+    SelectFile("a.txt", "first");
     ASSERT_TRUE(Open(TransferStart::ListSelection));
     ASSERT_TRUE(Pump([] { return held.load(); }));
     const std::uint32_t start = platform::TickCount();
@@ -356,6 +374,81 @@ TEST_F(ProgressDialogTest, NoLeavesTheFileAndCancelEndsTheTransfer) {
     EXPECT_FALSE(folder_.Exists("b.txt"));
 }
 
+// Every text that the control has been given.
+std::vector<std::string> gDrawn;
+LRESULT CALLBACK KeepTexts(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR, DWORD_PTR) {
+    if (message == WM_SETTEXT) gDrawn.push_back(Narrow(reinterpret_cast<const wchar_t*>(lParam)));
+    return DefSubclassProc(window, message, wParam, lParam);
+}
+
+TEST_F(ProgressDialogTest, TheLastStateIsDrawnBeforeTheDialogCloses) {
+    const HWND dialog = Show();
+    gDrawn.clear();
+    SetWindowSubclass(GetDlgItem(dialog, IDC_TRANSFER_COUNTERS), KeepTexts, 1, 0);
+    KillTimer(dialog, 3);  // the end itself draws
+    RefreshCountersText({0, 1, 0});
+    RefreshCountersText({0, 2, 0});
+    gTransferView.closeDialog();
+    ASSERT_TRUE(Pump([] { return TransferDialogWindow() == nullptr; }));
+    EXPECT_EQ(gDrawn, (std::vector<std::string>{"2 Files Transfered"}));
+}
+
+TEST_F(ProgressDialogTest, WhatWasPublishedWhileItWasHiddenIsThereWhenItShows) {
+    ASSERT_TRUE(Open(TransferStart::None));
+    SetDlgTransferingText("a.txt");
+    ShowTransferProgress(5, 10);
+    gTransferView.showDialog();
+    const HWND dialog = reinterpret_cast<HWND>(ShownTransferDialog());
+    ASSERT_NE(dialog, nullptr) << "a box that is about to stand in front of it does not wait for the posted message";
+    EXPECT_TRUE(IsWindowVisible(dialog));
+    EXPECT_EQ(ItemText(dialog, IDC_TRANSFER_NAME), "Transfering: a.txt");
+    EXPECT_EQ(ItemText(dialog, IDC_TRANSFER_BYTES), "5 of 10");
+    EXPECT_EQ(Bar(dialog), 500);
+}
+
+TEST_F(ProgressDialogTest, AHiddenDialogThatNobodyAskedForIsNoneToStandInFrontOf) {
+    ASSERT_TRUE(Open(TransferStart::None));
+    EXPECT_EQ(ShownTransferDialog(), nullptr);
+    EXPECT_FALSE(Visible());
+}
+
+// This thread, which owns the dialog, serves no message while the other one publishes.
+TEST_F(ProgressDialogTest, TheWorkerDoesNotWaitForABusyWindow) {
+    Show();
+    std::atomic<bool> done{false};
+    OtherThread worker([&done] {
+        for (int file = 1; file <= 1000; ++file) {
+            SetDlgTransferingText("a.txt");
+            SetDlgFromText("Demo", "/pub");
+            SetDlgSendToText("", "C:\\in");
+            ShowMode('I');
+            ShowTransferProgress(static_cast<std::uint64_t>(file), 1000);
+            RefreshCountersText({0, file, 0});
+        }
+        gTransferView.showDialog();
+        done = true;
+    });
+    EXPECT_TRUE(test_support::WaitUntil([&done] { return done.load(); }));
+    EXPECT_EQ(DrawnText(IDC_TRANSFER_COUNTERS, "1000 Files Transfered"), "1000 Files Transfered");
+}
+
+// As the folder of many small files in practice: the worker alone publishes thousands of changes.
+TEST_F(ProgressDialogTest, ManyChangesAreDrawnAtMostTwentyTimesASecond) {
+    const HWND dialog = Show();
+    gDrawn.clear();
+    SetWindowSubclass(GetDlgItem(dialog, IDC_TRANSFER_COUNTERS), KeepTexts, 1, 0);
+    const std::uint32_t start = platform::TickCount();
+    int file = 0;
+    Pump([&] {
+        RefreshCountersText({0, ++file, 0});
+        return platform::TickCount() - start >= 500;
+    });
+    const std::uint32_t passed = platform::TickCount() - start;
+    EXPECT_GT(gDrawn.size(), 1u);
+    EXPECT_LE(gDrawn.size(), passed / 50 + 1);
+    EXPECT_GT(file, static_cast<int>(gDrawn.size()));
+}
+
 TEST_F(ProgressDialogTest, AfterAnAbortNothingIsAskedAnyMore) {
     Show();
     SetTransferAbort(true);
@@ -368,12 +461,9 @@ TEST_F(ProgressDialogTest, AfterAnAbortNothingIsAskedAnyMore) {
 TEST_F(ProgressDialogTest, WithoutADialogTheWorkersCallsDoNothing) {
     ASSERT_EQ(TransferDialogWindow(), nullptr);
     gTransferView.showDialog();
-    gTransferView.setItem("x");
-    gTransferView.setSource("x");
-    gTransferView.setMode('A');
-    gTransferView.setBar(5);
+    SetDlgTransferingText("x");
     gTransferView.closeDialog();
-    SetTransferDialogProgress(1, 2);
+    ShowTransferProgress(1, 2);
     EXPECT_EQ(gTransferView.confirmReplace({}), ReplaceAnswer::Cancel);
     EXPECT_EQ(FindDialog(), nullptr);
 }
@@ -381,11 +471,12 @@ TEST_F(ProgressDialogTest, WithoutADialogTheWorkersCallsDoNothing) {
 TEST_F(ProgressDialogTest, GoesWithItsOwner) {
     {
         const OwnerWindow other;
-        ASSERT_TRUE(OpenTransferDialog(other.Handle(), TransferStart::None, OnFinished));
+        ASSERT_TRUE(OpenTransferDialog(other.Handle(), TransferJob(), OnFinished));
         gTransferView.showDialog();
+        ASSERT_TRUE(Pump(Visible));
     }
     EXPECT_EQ(TransferDialogWindow(), nullptr);
-    gTransferView.setItem("x");
+    SetDlgTransferingText("x");
     EXPECT_TRUE(Open(TransferStart::None));
 }
 

@@ -1,10 +1,10 @@
+#include "transfer/put_item.h"
 #include "config/mode_map_store.h"
 #include "ftp/errors/server_error.h"
 #include "ftp/worker/blocking_call.h"
 #include "ftp/worker/result_codes.h"
 #include "platform/files.h"
 #include "platform/system.h"
-#include "transfer/get_put.h"
 #include "transfer/transfer_fixture.h"
 #ifndef _WIN32
 #include "host/fault_injection.h"
@@ -29,7 +29,8 @@ class PutFile : public TransferTest {
     }
     bool Put(const std::string& name) {
         node = LocalNode(name);
-        return DlgPutFile(&node, abort, &ignored);
+        outcome = PutItem(job, node);
+        return outcome.code == FTP_COMPLETE;
     }
     std::string Stored(const std::string& name) { return harness.server.FileBytes("/up/" + name); }
     static std::string ManyBytes(std::size_t count) {
@@ -39,23 +40,24 @@ class PutFile : public TransferTest {
     }
     // The file's last state counts as failed once, and as done too.
     void ExpectFailed() {
-        EXPECT_EQ(1, gTransfer.counters.failures);
+        EXPECT_EQ(1, job.counters.failures);
         EXPECT_EQ(0, view.bars.back());
-        EXPECT_NE(FTP_COMPLETE, node.iRetCode);
+        EXPECT_NE(FTP_COMPLETE, outcome.code);
         EXPECT_TRUE(harness.console.HasLine("'" + std::string(node.pszLocalName.c_str()) + "' was not sent."));
     }
     TransferNode node;
-    bool ignored = false;
+    bool GoesOn() const { return GoesOnWithout(job, outcome); }
+    ItemOutcome outcome;
 };
 
 TEST_F(PutFile, FileIsSentByteForByte) {
     const std::string bytes = ManyBytes(100'000);
     local.Write("big.bin", bytes);
     ASSERT_TRUE(Put("big.bin"));
-    EXPECT_EQ(FTP_COMPLETE, node.iRetCode);
+    EXPECT_EQ(FTP_COMPLETE, outcome.code);
     EXPECT_EQ(bytes, Stored("big.bin"));
-    EXPECT_EQ(1, gTransfer.counters.files);
-    EXPECT_EQ(0, gTransfer.counters.failures);
+    EXPECT_EQ(1, job.counters.files);
+    EXPECT_EQ(0, job.counters.failures);
     EXPECT_EQ(nullptr, node.pszRemoteName.get());
     ASSERT_FALSE(harness.view.Progress().empty());
     EXPECT_EQ(bytes.size(), harness.view.Progress().back().done);
@@ -83,7 +85,7 @@ TEST_F(PutFile, FailedUploadCountsBothAsDoneAndAsFailed) {
     harness.server.On("STOR", {Say("553 not here\r\n")});
     EXPECT_FALSE(Put("a.txt"));
     ExpectFailed();
-    EXPECT_EQ(1, gTransfer.counters.files);
+    EXPECT_EQ(1, job.counters.files);
     EXPECT_EQ("1 Files Transfered", view.counters.back());
 }
 
@@ -146,8 +148,8 @@ TEST_F(PutFile, CancelledPromptEndsTheTransferAndSendsNothing) {
     EXPECT_FALSE(Put("a.txt"));
     EXPECT_TRUE(abort);
     EXPECT_TRUE(harness.server.Commands().empty());
-    EXPECT_EQ(1, gTransfer.counters.failures);
-    EXPECT_EQ(0, gTransfer.counters.files);
+    EXPECT_EQ(1, job.counters.failures);
+    EXPECT_EQ(0, job.counters.files);
 }
 
 TEST_F(PutFile, CaseConversionAsksForNoName) {
@@ -193,12 +195,12 @@ TEST_F(PutFile, FolderThatCannotBeEnteredIsToldAndNothingIsSent) {
     harness.server.On("CWD", {Say("550 Permission denied\r\n")});
     harness.console.AnswerNext(BoxAnswer::Ignore);
     EXPECT_FALSE(Put("a.txt"));
-    EXPECT_EQ(kFileUnavailable, node.iRetCode);
+    EXPECT_EQ(kFileUnavailable, outcome.code);
     EXPECT_TRUE(harness.console.HasBox("An error occured while trying to set the remote directory to /up."));
     EXPECT_TRUE(harness.console.HasBox("(Permission denied )"));
     EXPECT_EQ(0, harness.server.CountCommands("STOR"));
-    EXPECT_EQ(1, gTransfer.counters.failures);
-    EXPECT_EQ(0, gTransfer.counters.files);
+    EXPECT_EQ(1, job.counters.failures);
+    EXPECT_EQ(0, job.counters.files);
     EXPECT_FALSE(abort);
 }
 
@@ -206,7 +208,7 @@ TEST_F(PutFile, FolderThatIsMadeButCannotBeEnteredTakesNoFileElsewhere) {
     harness.server.On("CWD", {Say("550 No such file or directory\r\n")});
     EXPECT_FALSE(Put("a.txt"));
     EXPECT_EQ(0, harness.server.CountCommands("STOR"));
-    EXPECT_EQ(1, gTransfer.counters.failures);
+    EXPECT_EQ(1, job.counters.failures);
 }
 
 TEST_F(PutFile, RetryEntersTheFolderAgain) {
@@ -225,7 +227,7 @@ TEST_F(PutFile, MissingFieldsOrAbortAreRefused) {
         EXPECT_FALSE(DlgPutFile(&node, abort)) << missing;
         EXPECT_EQ(FTP_ERROR, node.iRetCode);
     }
-    abort = true;
+    SetTransferAbort(true);
     EXPECT_FALSE(Put("a.txt"));
     EXPECT_TRUE(harness.server.Commands().empty());
 }
@@ -241,14 +243,14 @@ TEST_F(PutFile, NameWithALineEndIsRefusedAndTheTransferMayGoOn) {
     for (const char* name : {"a\rb", "a\nDELE x", "a\r\nDELE x"}) {
         harness.console.Clear();
         EXPECT_FALSE(Put(name));
-        EXPECT_TRUE(ignored);
+        EXPECT_TRUE(GoesOn());
         EXPECT_TRUE(harness.console.HasBox("cannot be sent to a server."));
         EXPECT_EQ(BoxButtons::Ok, harness.console.Boxes()[0].buttons);
     }
     EXPECT_FALSE(abort);
     EXPECT_TRUE(harness.server.Commands().empty());
-    EXPECT_EQ(3, gTransfer.counters.failures);
-    EXPECT_EQ(0, gTransfer.counters.files);
+    EXPECT_EQ(3, job.counters.failures);
+    EXPECT_EQ(0, job.counters.files);
 }
 
 TEST_F(PutFile, LineEndInThePromptsAnswerIsRefused) {
@@ -271,7 +273,7 @@ TEST_F(PutFile, FourGigabytesAreRefusedBeforeAnythingIsSent) {
     EXPECT_EQ(0, harness.server.CountCommands("STOR"));
     EXPECT_EQ(0, harness.server.CountCommands("PORT"));
     ExpectFailed();
-    EXPECT_TRUE(ignored);
+    EXPECT_TRUE(GoesOn());
     EXPECT_FALSE(abort);
 }
 
@@ -282,7 +284,7 @@ TEST_F(PutFile, RefusalIsShownWithTheServersWordsAndIgnoreGoesOn) {
     ASSERT_EQ(1u, harness.console.Boxes().size());
     EXPECT_EQ("An error occured while trying to transfer\n    <a.txt>\n\n    (not here)",
               harness.console.Boxes()[0].text);
-    EXPECT_TRUE(ignored);
+    EXPECT_TRUE(GoesOn());
     EXPECT_FALSE(abort);
     ExpectFailed();
 }
@@ -292,7 +294,7 @@ TEST_F(PutFile, AbortInTheBoxEndsTheWholeTransfer) {
     harness.console.AnswerNext(BoxAnswer::Abort);
     EXPECT_FALSE(Put("a.txt"));
     EXPECT_TRUE(abort);
-    EXPECT_FALSE(ignored);
+    EXPECT_FALSE(GoesOn());
 }
 
 TEST_F(PutFile, RetrySendsAgainAndCountsNoFailure) {
@@ -300,8 +302,8 @@ TEST_F(PutFile, RetrySendsAgainAndCountsNoFailure) {
     harness.console.AnswerNext(BoxAnswer::Retry);
     EXPECT_TRUE(Put("a.txt"));
     EXPECT_EQ("hello\r\n", Stored("a.txt"));
-    EXPECT_EQ(0, gTransfer.counters.failures);
-    EXPECT_EQ(1, gTransfer.counters.files);
+    EXPECT_EQ(0, job.counters.failures);
+    EXPECT_EQ(1, job.counters.files);
 }
 
 TEST_F(PutFile, RefusedUniqueStoreIsAFailureLikeAnyOther) {
@@ -332,14 +334,14 @@ TEST_F(PutFile, BrokenDataConnectionIsNoSuccessWhateverTheServerSays) {
     EXPECT_FALSE(Put("big.bin"));
     EXPECT_TRUE(harness.console.HasBox("The connection ended while\n    <big.bin>\nwas sent."));
     ExpectFailed();
-    EXPECT_TRUE(ignored);
+    EXPECT_TRUE(GoesOn());
 }
 
 TEST_F(PutFile, ServerThatHangsUpEndsTheTransferAndIsToldOnce) {
     harness.server.On("STOR", {CloseControl()});
     EXPECT_FALSE(Put("a.txt"));
     EXPECT_TRUE(abort);
-    EXPECT_FALSE(ignored);
+    EXPECT_FALSE(GoesOn());
     EXPECT_EQ(1u, harness.console.Boxes().size());
     EXPECT_TRUE(harness.console.HasBox("The FTP Server has aborted your connection"));
     EXPECT_EQ(1, harness.view.PostedDisconnects());
@@ -350,7 +352,7 @@ TEST_F(PutFile, MissingLocalFileIsToldOnce) {
     EXPECT_FALSE(Put("missing.txt"));
     EXPECT_EQ(1u, harness.console.Boxes().size());
     EXPECT_TRUE(harness.console.HasBox("Unable to open the local file <missing.txt>."));
-    EXPECT_TRUE(ignored);
+    EXPECT_TRUE(GoesOn());
     EXPECT_EQ(0, harness.server.CountCommands("STOR"));
     harness.console.AnswerNext(BoxAnswer::Abort);
     EXPECT_FALSE(Put("missing.txt"));
@@ -394,7 +396,7 @@ TEST_F(PutDir, FolderThatExistsIsEntered) {
     harness.server.AddFolder("/up/sub");
     ASSERT_TRUE(Make("sub"));
     EXPECT_EQ(0, harness.server.CountCommands("MKD"));
-    EXPECT_EQ(1, gTransfer.counters.folders);
+    EXPECT_EQ(1, job.counters.folders);
 }
 
 TEST_F(PutDir, RootAsParentDoublesNoSeparator) {
@@ -418,8 +420,8 @@ TEST_F(PutDir, RefusedFolderIsToldOnceAndCounted) {
     EXPECT_EQ(kOperationMakeDirectory, harness.view.ServerErrors()[0].operation);
     EXPECT_TRUE(harness.console.Boxes().empty());
     EXPECT_EQ(kFileUnavailable, node.iRetCode);
-    EXPECT_EQ(1, gTransfer.counters.failures);
-    EXPECT_EQ(0, gTransfer.counters.folders);
+    EXPECT_EQ(1, job.counters.failures);
+    EXPECT_EQ(0, job.counters.folders);
     EXPECT_EQ(0, view.bars.back());
 }
 
@@ -432,7 +434,7 @@ TEST_F(PutDir, RefusalAfterOtherWordsIsToldAndRetryTriesAgain) {
     EXPECT_EQ(2u, harness.console.Boxes().size());
     EXPECT_TRUE(harness.console.HasBox("An error occured while trying to create the remote directory\n    </up/sub>"));
     EXPECT_TRUE(harness.console.HasBox("(550 Create directory operation failed.)"));
-    EXPECT_EQ(1, gTransfer.counters.failures);
+    EXPECT_EQ(1, job.counters.failures);
 }
 
 TEST_F(PutDir, RemoteNameWinsOverTheLocalOne) {
@@ -457,7 +459,7 @@ TEST_F(PutDir, NameWithALineEndIsRefused) {
 TEST_F(PutDir, MissingFieldsOrAbortAreRefused) {
     EXPECT_FALSE(DlgPutDir(nullptr, abort));
     EXPECT_FALSE(Make(""));
-    abort = true;
+    SetTransferAbort(true);
     EXPECT_FALSE(Make("sub"));
     EXPECT_EQ(FTP_ERROR, node.iRetCode);
     EXPECT_TRUE(harness.server.Commands().empty());

@@ -32,15 +32,20 @@ class ReceiveTargetTest : public testing::Test {
     ReceiveTargetTest() : before(gZarn) {
         gZarn = ZarnSettings();
         gTrace.verbose = true;
-        ForgetReceivedFiles();
     }
     ~ReceiveTargetTest() override {
         gZarn = before;
         gTrace.verbose = false;
     }
 
-    TargetResult Open(const std::string& name, IncomingFile incoming = {}) {
-        return OpenReceiveTarget(folder.Path(), name, replaceAll, target, error, incoming);
+    TargetResult Open(const std::string& name, std::uint64_t size = 0, FileTime time = 0) {
+        return OpenIn(folder.Path(), name, size, time);
+    }
+    TargetResult OpenIn(const std::string& path, const std::string& name, std::uint64_t size = 0, FileTime time = 0) {
+        const OpenedTarget opened = OpenReceiveTarget(job, {path, name, size, time});
+        target = opened.target;
+        error = opened.error;
+        return opened.result;
     }
     // What a transfer does: fills the temporary file and gives it its name.
     bool Receive(const std::string& bytes) {
@@ -48,7 +53,8 @@ class ReceiveTargetTest : public testing::Test {
             target.temporaryPath.c_str(), {platform::FileAccess::Write, platform::FileDisposition::OpenExisting});
         platform::WriteFile(file, bytes);
         platform::CloseFile(file);
-        return CommitReceiveTarget(target, error);
+        error = CommitReceiveTarget(job, target);
+        return error == 0;
     }
     using Names = std::vector<std::string>;
 
@@ -57,8 +63,8 @@ class ReceiveTargetTest : public testing::Test {
     RecordingView console;
     RecordingTransferView view;
     ReceiveTarget target;
-    bool replaceAll = false;
-    unsigned error = 0;
+    TransferJob job;
+    std::uint32_t error = 0;
 };
 
 TEST_F(ReceiveTargetTest, NewFileHasATemporaryNameUntilItIsCommitted) {
@@ -82,7 +88,7 @@ TEST_F(ReceiveTargetTest, DiscardedFileLeavesNothing) {
 TEST_F(ReceiveTargetTest, ExistingFileIsAskedForWithWhatIsKnownOfBoth) {
     folder.Write("a.txt", "old file");
     view.answers = {ReplaceAnswer::Yes};
-    ASSERT_EQ(TargetResult::Ready, Open("a.txt", {77, 12345}));
+    ASSERT_EQ(TargetResult::Ready, Open("a.txt", 77, 12345));
     ASSERT_EQ(1u, view.questions.size());
     EXPECT_EQ("a.txt", view.questions[0].name);
     EXPECT_EQ(folder.PathOf("a.txt"), view.questions[0].path);
@@ -112,7 +118,7 @@ TEST_F(ReceiveTargetTest, NoKeepsTheFileAndCancelEndsTheTransfer) {
     EXPECT_EQ(TargetResult::Skipped, Open("a.txt"));
     EXPECT_EQ(TargetResult::Cancelled, Open("a.txt"));
     EXPECT_EQ((Names{"a.txt"}), folder.Contents());
-    EXPECT_FALSE(replaceAll);
+    EXPECT_FALSE(job.replaceAll);
 }
 
 TEST_F(ReceiveTargetTest, YesToAllAsksOnlyOnce) {
@@ -120,7 +126,7 @@ TEST_F(ReceiveTargetTest, YesToAllAsksOnlyOnce) {
     folder.Write("b.txt", "old");
     view.answers = {ReplaceAnswer::YesToAll};
     ASSERT_EQ(TargetResult::Ready, Open("a.txt"));
-    EXPECT_TRUE(replaceAll);
+    EXPECT_TRUE(job.replaceAll);
     ASSERT_TRUE(Receive("new a"));
     ASSERT_EQ(TargetResult::Ready, Open("b.txt"));
     ASSERT_TRUE(Receive("new b"));
@@ -130,7 +136,7 @@ TEST_F(ReceiveTargetTest, YesToAllAsksOnlyOnce) {
 
 TEST_F(ReceiveTargetTest, WithoutAnybodyToAskTheFileStays) {
     folder.Write("a.txt", "old");
-    gTransferView.confirmReplace = nullptr;
+    gTransferView = TransferView();
     EXPECT_EQ(TargetResult::Skipped, Open("a.txt"));
     EXPECT_EQ("old", folder.Read("a.txt"));
 }
@@ -155,7 +161,7 @@ TEST_F(ReceiveTargetTest, ReceiveUniqueLeavesAFreeNameAlone) {
 }
 
 TEST_F(ReceiveTargetTest, SecondFileOfTheSameNameInOneTransferGetsAFreeNameEvenWithYesToAll) {
-    replaceAll = true;
+    job.replaceAll = true;
     ASSERT_EQ(TargetResult::Ready, Open("a~b"));
     ASSERT_TRUE(Receive("first"));
     ASSERT_EQ(TargetResult::Ready, Open("a~b"));
@@ -166,7 +172,7 @@ TEST_F(ReceiveTargetTest, SecondFileOfTheSameNameInOneTransferGetsAFreeNameEvenW
     EXPECT_EQ("second", folder.Read("a~b (2)"));
     EXPECT_EQ("third", folder.Read("a~b (3)"));
     EXPECT_TRUE(console.HasLine("the file is stored as 'a~b (2)'"));
-    ForgetReceivedFiles();
+    job.receivedFiles.clear();
     ASSERT_EQ(TargetResult::Ready, Open("a~b"));
     EXPECT_TRUE(target.replaceExisting);
     DiscardReceiveTarget(target);
@@ -174,14 +180,14 @@ TEST_F(ReceiveTargetTest, SecondFileOfTheSameNameInOneTransferGetsAFreeNameEvenW
 
 TEST_F(ReceiveTargetTest, FolderOfThatNameIsNeverReplaced) {
     platform::CreateFolder(folder.PathOf("a.txt").c_str());
-    replaceAll = true;
+    job.replaceAll = true;
     EXPECT_EQ(TargetResult::Failed, Open("a.txt"));
     EXPECT_NE(0u, error);
     EXPECT_EQ((Names{"a.txt/"}), folder.Contents());
 }
 
 TEST_F(ReceiveTargetTest, MissingFolderFailsWithTheReason) {
-    EXPECT_EQ(TargetResult::Failed, OpenReceiveTarget(folder.PathOf("missing"), "a.txt", replaceAll, target, error));
+    EXPECT_EQ(TargetResult::Failed, OpenIn(folder.PathOf("missing"), "a.txt"));
     EXPECT_NE(0u, error);
 }
 
@@ -206,7 +212,7 @@ TEST_F(ReceiveTargetTest, FileThatAppearedMeanwhileIsNotOverwritten) {
 TEST_F(ReceiveTargetTest, ReadOnlyFileIsAskedForAsSuchAndEvenAfterYesToAll) {
     folder.Write("a.txt", "old");
     MakeReadOnly(folder.PathOf("a.txt"));
-    replaceAll = true;
+    job.replaceAll = true;
     view.answers = {ReplaceAnswer::Yes};
     ASSERT_EQ(TargetResult::Ready, Open("a.txt"));
     ASSERT_EQ(1u, view.questions.size());
@@ -222,11 +228,12 @@ TEST_F(ReceiveTargetTest, EveryFailureLeavesTheOldFileAndNothingElse) {
     for (const Call call : {Call::OpenFile, Call::MoveFile}) {
         for (int n = 1;; ++n) {
             folder.Write("a.txt", "old");
-            replaceAll = true;
-            ForgetReceivedFiles();
+            job.replaceAll = true;
+            job.receivedFiles.clear();
             const fault_injection::Scope scope(call, n, platform::kErrorAccessDenied);
             if (Open("a.txt") == TargetResult::Ready) {
-                EXPECT_TRUE(CommitReceiveTarget(target, error) || error == platform::kErrorAccessDenied);
+                error = CommitReceiveTarget(job, target);
+                EXPECT_TRUE(error == 0 || error == platform::kErrorAccessDenied);
             }
             if (!scope.Fired()) break;
             ASSERT_LT(n, 10);

@@ -1,5 +1,5 @@
-#include "ftp/control/control_connection.h"
 #include "transfer/selection_transfer.h"
+#include "ftp/control/control_connection.h"
 
 #include <memory>
 
@@ -30,13 +30,17 @@ class SelectionTransfer : public TransferTest {
     static std::string File(const std::string& name, const std::string& size = "3") {
         return "-rw-r--r-- 1 u g " + size + " Jan 2 2001 " + name;
     }
+    int ReceiveSelection() {
+        job.remoteItems = ItemsOf(view.selection);
+        return Zarn_TransferLVitems(abort);
+    }
     static std::string Folder(const std::string& name) { return "drwxr-xr-x 2 u g 0 Jan 2 2001 " + name; }
 };
 
 TEST_F(SelectionTransfer, SelectedFilesAreReceivedInListOrder) {
     view.Select(File("b.txt"));
     view.Select(File("a.txt"));
-    EXPECT_EQ(2, Zarn_TransferLVitems(abort));
+    EXPECT_EQ(2, ReceiveSelection());
     EXPECT_EQ((Names{"a.txt", "b.txt"}), local.Contents());
     EXPECT_EQ("aaa", local.Read("a.txt"));
     EXPECT_EQ((Names{"Transfering: b.txt", "Transfering: a.txt"}), view.items);
@@ -46,7 +50,7 @@ TEST_F(SelectionTransfer, SelectedFilesAreReceivedInListOrder) {
 }
 
 TEST_F(SelectionTransfer, NothingSelectedClosesTheDialog) {
-    EXPECT_EQ(-1, Zarn_TransferLVitems(abort));
+    EXPECT_EQ(-1, ReceiveSelection());
     EXPECT_EQ(1, view.closed);
     EXPECT_EQ(0, view.shown);
     EXPECT_TRUE(harness.server.Commands().empty());
@@ -56,7 +60,7 @@ TEST_F(SelectionTransfer, ServerThatIsNotReadyClosesTheDialog) {
     view.Select(File("a.txt"));
     harness.server.On("NOOP", {CloseControl()});
     site->lastCommandTicks -= 5000;
-    EXPECT_EQ(-1, Zarn_TransferLVitems(abort));
+    EXPECT_EQ(-1, ReceiveSelection());
     EXPECT_EQ(1, view.closed);
     EXPECT_EQ(0, view.shown);
     EXPECT_TRUE(harness.console.HasBox("The FTP Server has aborted your connection"));
@@ -67,13 +71,13 @@ TEST_F(SelectionTransfer, LinksDevicesAndPipesArePassedOver) {
     view.Select("crw-rw-rw- 1 u g 4,0 Jan 2 2001 tty");
     view.Select("prw-rw-rw- 1 u g 0 Jan 2 2001 pipe");
     view.Select(File("a.txt"));
-    EXPECT_EQ(1, Zarn_TransferLVitems(abort));
+    EXPECT_EQ(1, ReceiveSelection());
     EXPECT_EQ(1, harness.server.CountCommands("RETR"));
 }
 
 TEST_F(SelectionTransfer, FolderComesWithEverythingBelowDepthFirst) {
     view.Select(Folder("dir"));
-    EXPECT_EQ(4, Zarn_TransferLVitems(abort));
+    EXPECT_EQ(4, ReceiveSelection());
     EXPECT_EQ((Names{"dir/", "dir/c.txt", "dir/deep/", "dir/deep/d.txt"}), local.Contents());
     EXPECT_EQ("ddd", local.Read("dir/deep/d.txt"));
     EXPECT_EQ("2 Files Transfered,  2 Folders Created", view.counters.back());
@@ -81,7 +85,7 @@ TEST_F(SelectionTransfer, FolderComesWithEverythingBelowDepthFirst) {
 
 TEST_F(SelectionTransfer, BothSidesAreBackWhereTheyStood) {
     view.Select(Folder("dir"));
-    Zarn_TransferLVitems(abort);
+    ReceiveSelection();
     EXPECT_EQ(local.Path(), platform::CurrentFolder());
     EXPECT_STREQ("/pub", site->pszCurrentDir.get());
     EXPECT_EQ("CWD /pub", harness.server.Commands().back());
@@ -89,10 +93,10 @@ TEST_F(SelectionTransfer, BothSidesAreBackWhereTheyStood) {
 
 TEST_F(SelectionTransfer, TargetOfADropReceivesAndIsLeftAgain) {
     local.MakeFolder("target");
-    view.target = local.PathOf("target");
+    job.targetFolder = local.PathOf("target");
     view.Select(File("a.txt"));
     view.Select(Folder("dir"));
-    EXPECT_EQ(5, Zarn_TransferLVitems(abort));
+    EXPECT_EQ(5, ReceiveSelection());
     EXPECT_EQ((Names{"target/", "target/a.txt", "target/dir/", "target/dir/c.txt", "target/dir/deep/",
                      "target/dir/deep/d.txt"}),
               local.Contents());
@@ -101,10 +105,10 @@ TEST_F(SelectionTransfer, TargetOfADropReceivesAndIsLeftAgain) {
 }
 
 TEST_F(SelectionTransfer, TargetThatIsGoneIsToldAndNothingIsReceived) {
-    view.target = local.PathOf("gone");
+    job.targetFolder = local.PathOf("gone");
     view.Select(File("a.txt"));
     harness.console.AnswerNext(BoxAnswer::Ignore);
-    EXPECT_EQ(-1, Zarn_TransferLVitems(abort));
+    EXPECT_EQ(-1, ReceiveSelection());
     EXPECT_TRUE(harness.console.HasBox("Unable to set local directory <" + local.PathOf("gone") + ">."));
     EXPECT_TRUE(local.Contents().empty());
     EXPECT_EQ(0, harness.server.CountCommands("RETR"));
@@ -116,8 +120,8 @@ TEST_F(SelectionTransfer, FailedItemsAreCountedOnceAndTheRestGoesOn) {
     harness.console.AnswerNext(BoxAnswer::Ignore);
     view.Select(File("missing.txt"));
     view.Select(File("a.txt"));
-    EXPECT_EQ(1, Zarn_TransferLVitems(abort));
-    EXPECT_EQ(1, gTransfer.counters.failures);
+    EXPECT_EQ(1, ReceiveSelection());
+    EXPECT_EQ(1, job.counters.failures);
     EXPECT_TRUE(harness.console.HasLine("1 of 2 items could not be transferred."));
     EXPECT_EQ((Names{"a.txt"}), local.Contents());
 }
@@ -126,7 +130,7 @@ TEST_F(SelectionTransfer, AbortEndsTheSelection) {
     harness.console.AnswerNext(BoxAnswer::Abort);
     view.Select(File("missing.txt"));
     view.Select(File("a.txt"));
-    EXPECT_EQ(0, Zarn_TransferLVitems(abort));
+    EXPECT_EQ(0, ReceiveSelection());
     EXPECT_TRUE(local.Contents().empty());
     EXPECT_EQ(1, harness.server.CountCommands("RETR"));
 }
@@ -137,7 +141,7 @@ TEST_F(SelectionTransfer, TwoRemoteNamesThatBecomeOneLocalNameAreBothKept) {
     view.answers = {ReplaceAnswer::YesToAll, ReplaceAnswer::YesToAll};
     view.Select(File("x?y"));
     view.Select(File("x*y"));
-    EXPECT_EQ(2, Zarn_TransferLVitems(abort));
+    EXPECT_EQ(2, ReceiveSelection());
     EXPECT_EQ("first", local.Read("x~y"));
     EXPECT_EQ("second", local.Read("x~y (2)"));
 }
@@ -146,7 +150,7 @@ TEST_F(SelectionTransfer, FilesCalledAlikeInTwoFoldersDoNotMeet) {
     harness.server.AddFile("/pub/dir/a.txt", "the other");
     view.Select(File("a.txt"));
     view.Select(Folder("dir"));
-    Zarn_TransferLVitems(abort);
+    ReceiveSelection();
     EXPECT_EQ("aaa", local.Read("a.txt"));
     EXPECT_EQ("the other", local.Read("dir/a.txt"));
 }
@@ -154,7 +158,7 @@ TEST_F(SelectionTransfer, FilesCalledAlikeInTwoFoldersDoNotMeet) {
 TEST_F(SelectionTransfer, QuestionKnowsTheListingsSizeAndTime) {
     local.Write("a.txt", "mine");
     view.Select(File("a.txt", "3"));
-    Zarn_TransferLVitems(abort);
+    ReceiveSelection();
     ASSERT_EQ(1u, view.questions.size());
     EXPECT_EQ(3u, view.questions[0].newSize);
     CalendarTime time;
@@ -173,7 +177,7 @@ TEST_F(SelectionTransfer, FilesComeFromTheFolderThatTheListShows) {
     ASSERT_EQ(FTP_COMPLETE, command(site, reply, "CWD /other"));
     site->pszCurrentDir = OwnedText::Copy("/other");
     view.Select(File("a.txt"), pub);
-    EXPECT_EQ(1, Zarn_TransferLVitems(abort));
+    EXPECT_EQ(1, ReceiveSelection());
     EXPECT_EQ("aaa", local.Read("a.txt"));
     EXPECT_STREQ("/other", site->pszCurrentDir.get());
     siteNode->pSite = nullptr;
@@ -186,7 +190,7 @@ TEST_F(SelectionTransfer, FileTooLargeForTheDriveIsSkippedAfterTheMessageAndTheR
     });
     view.Select(File("a.txt", "4294967295"));
     view.Select(File("b.txt"));
-    EXPECT_EQ(1, Zarn_TransferLVitems(abort));
+    EXPECT_EQ(1, ReceiveSelection());
     SetDiskSpaceSource(nullptr);
     EXPECT_EQ((Names{"b.txt"}), local.Contents());
     EXPECT_TRUE(harness.console.HasBox("a.txt is larger in size (4294967295)"));
@@ -215,7 +219,7 @@ TEST_F(TreeTransfer, DeviceFileInATreeIsSkippedSilently) {
     ListAs("crw-rw-rw- 1 u g 4,0 Jan 2 2001 tty\r\nprw-r--r-- 1 u g 0 Jan 2 2001 pipe\r\n" + File("c.txt") + "\r\n");
     EXPECT_TRUE(Transfer("/pub", "dir"));
     EXPECT_EQ((Names{"dir/", "dir/c.txt"}), local.Contents());
-    EXPECT_EQ(0, gTransfer.counters.failures);
+    EXPECT_EQ(0, job.counters.failures);
     EXPECT_TRUE(harness.console.Boxes().empty());
 }
 
@@ -257,7 +261,7 @@ TEST_F(TreeTransfer, FolderNamesThatLeadElsewhereAreRefused) {
     Transfer("/pub", "dir");
     EXPECT_EQ((Names{"dir/", "dir/..~up/", "dir/c.txt"}), local.Contents());
     EXPECT_TRUE(harness.console.HasLine("The name '../../../escape' cannot be used here"));
-    EXPECT_EQ(1, gTransfer.counters.failures);
+    EXPECT_EQ(1, job.counters.failures);
 }
 
 TEST_F(TreeTransfer, FileNamesThatLeadElsewhereStayInTheFolder) {
@@ -277,7 +281,7 @@ TEST_F(TreeTransfer, UnreadableLinesArePassedOverAndCounted) {
 TEST_F(TreeTransfer, FolderThatCannotBeListedCountsOneFailure) {
     harness.console.AnswerNext(BoxAnswer::Ignore);
     EXPECT_FALSE(Transfer("/pub", "missing"));
-    EXPECT_EQ(1, gTransfer.counters.failures);
+    EXPECT_EQ(1, job.counters.failures);
     EXPECT_TRUE(harness.console.HasBox("set the remote directory to /pub/missing."));
     EXPECT_TRUE(local.Contents().empty());
     EXPECT_FALSE(abort);
@@ -288,7 +292,7 @@ TEST_F(TreeTransfer, LocalFolderThatCannotBeMadeEndsEverything) {
     harness.console.AnswerNext(BoxAnswer::Ignore);
     EXPECT_FALSE(Transfer("/pub", "dir"));
     EXPECT_TRUE(abort);
-    EXPECT_EQ(1, gTransfer.counters.failures);
+    EXPECT_EQ(1, job.counters.failures);
     EXPECT_EQ(0, harness.server.CountCommands("RETR"));
 }
 
@@ -296,7 +300,7 @@ TEST_F(TreeTransfer, FailedFileLeavesTheRestOfTheTree) {
     ListAs(File("missing") + "\r\n" + File("c.txt") + "\r\n");
     harness.console.AnswerNext(BoxAnswer::Ignore);
     EXPECT_TRUE(Transfer("/pub", "dir"));
-    EXPECT_EQ(1, gTransfer.counters.failures);
+    EXPECT_EQ(1, job.counters.failures);
     EXPECT_EQ((Names{"dir/", "dir/c.txt"}), local.Contents());
 }
 
@@ -320,7 +324,7 @@ TEST_F(TreeTransfer, MissingFieldsOrAbortAreRefused) {
     EXPECT_FALSE(TransferRemoteTree(nullptr, "C:\\in", "/pub", abort));
     EXPECT_FALSE(Transfer("", "dir"));
     EXPECT_FALSE(Transfer("/pub", ""));
-    abort = true;
+    SetTransferAbort(true);
     EXPECT_FALSE(Transfer("/pub", "dir"));
     EXPECT_TRUE(harness.server.Commands().empty());
 }
@@ -332,36 +336,36 @@ class NodeTransfer : public SelectionTransfer {
         root = AddChildNode(siteNode.get(), "/", kKindSiteRoot);
     }
     ~NodeTransfer() override { siteNode->pSite = nullptr; }
+    int ReceiveNode(const TVobject* node) {
+        NewJob(TransferStart::TreeSelection);
+        job.remoteItems = ItemsOf(node);
+        return Zarn_TransferTVitem(abort);
+    }
     std::unique_ptr<TVobject, void (*)(TVobject*)> siteNode;
     TVobject* root;
 };
 
 TEST_F(NodeTransfer, SelectedFolderComesWithItsOwnName) {
-    view.node = AddChildNode(AddChildNode(root, "pub", kKindFolder), "dir", kKindFolder);
-    EXPECT_EQ(4, Zarn_TransferTVitem(abort));
+    EXPECT_EQ(4, ReceiveNode(AddChildNode(AddChildNode(root, "pub", kKindFolder), "dir", kKindFolder)));
     EXPECT_EQ((Names{"dir/", "dir/c.txt", "dir/deep/", "dir/deep/d.txt"}), local.Contents());
     EXPECT_EQ(1, view.closed);
 }
 
 TEST_F(NodeTransfer, FolderBelowTheRootHasNoDoubledSeparator) {
-    view.node = AddChildNode(root, "pub", kKindFolder);
-    Zarn_TransferTVitem(abort);
+    ReceiveNode(AddChildNode(root, "pub", kKindFolder));
     EXPECT_FALSE(Sent("CWD //pub"));
     EXPECT_EQ("ccc", local.Read("pub/dir/c.txt"));
 }
 
 TEST_F(NodeTransfer, ContentsOfARootGoStraightIntoTheLocalFolder) {
-    view.node = root;
-    EXPECT_EQ(8, Zarn_TransferTVitem(abort));
+    EXPECT_EQ(8, ReceiveNode(root));
     EXPECT_EQ("aaa", local.Read("pub/a.txt"));
     EXPECT_TRUE(local.Exists("pub/empty"));
 }
 
 TEST_F(NodeTransfer, OtherNodesAreNotTransferred) {
-    view.node = siteNode.get();
-    EXPECT_EQ(-1, Zarn_TransferTVitem(abort));
-    view.node = nullptr;
-    EXPECT_EQ(-1, Zarn_TransferTVitem(abort));
+    EXPECT_EQ(-1, ReceiveNode(siteNode.get()));
+    EXPECT_EQ(-1, ReceiveNode(nullptr));
     EXPECT_EQ(2, view.closed);
     EXPECT_TRUE(harness.server.Commands().empty());
 }

@@ -2,7 +2,8 @@
 #include "ftp/worker/blocking_call.h"
 #include "ftp/worker/result_codes.h"
 #include "support/bounded_wait.h"
-#include "transfer/get_put.h"
+#include "transfer/get_item.h"
+#include "transfer/put_item.h"
 #include "transfer/transfer_fixture.h"
 #include "transfer/tree_transfer.h"
 
@@ -28,13 +29,14 @@ class TransferTimeOut : public TransferTest {
         node.pszRemoteName.reset();
         node.pszLocalName = OwnedText::Copy(name);
         node.pszDestination = OwnedText::Copy("/pub");
-        return DlgPutFile(&node, gSession.transferAbort, &ignored);
+        outcome = PutItem(job, node);
+        return outcome.code == FTP_COMPLETE;
     }
     bool TellsTimeOut(const std::string& name) {
         return harness.console.HasBox("The server did not answer for 1 seconds while\n    <" + name + ">");
     }
     TransferNode node;
-    bool ignored = false;
+    ItemOutcome outcome;
 };
 
 TEST_F(TransferTimeOut, ReceptionThatStandsStillIsToldAsATimeOut) {
@@ -61,7 +63,7 @@ TEST_F(TransferTimeOut, RetryAfterATimeOutReceivesTheFile) {
     const TimeOutTimer timer;
     EXPECT_TRUE(Get());
     EXPECT_EQ("hello\r\n", local.Read("a.txt"));
-    EXPECT_EQ(0, gTransfer.counters.failures);
+    EXPECT_EQ(0, job.counters.failures);
 }
 
 TEST_F(TransferTimeOut, AbortInItsBoxEndsTheTransfer) {
@@ -92,9 +94,9 @@ TEST_F(TransferTimeOut, ServerThatTakesNoBytesIsToldAsATimeOut) {
     const TimeOutTimer timer;
     EXPECT_FALSE(Put("big.bin"));
     EXPECT_TRUE(TellsTimeOut("big.bin"));
-    EXPECT_TRUE(ignored);
+    EXPECT_TRUE(GoesOnWithout(job, outcome));
     EXPECT_FALSE(gSession.transferAbort);
-    EXPECT_EQ(1, gTransfer.counters.failures);
+    EXPECT_EQ(1, job.counters.failures);
 }
 
 TEST_F(TransferTimeOut, MissingLastWordOfAnUploadIsATimeOutAndEndsTheConnection) {
@@ -103,7 +105,7 @@ TEST_F(TransferTimeOut, MissingLastWordOfAnUploadIsATimeOutAndEndsTheConnection)
     EXPECT_FALSE(Put());
     EXPECT_TRUE(TellsTimeOut("up.txt"));
     EXPECT_TRUE(gSession.transferAbort);
-    EXPECT_FALSE(ignored);
+    EXPECT_FALSE(GoesOnWithout(job, outcome));
     EXPECT_FALSE(HasControlSocket(site));
 }
 

@@ -1,5 +1,5 @@
-// A connected site on the scripted server, a local folder to receive into and the recording views: what every test of
-// a whole transfer stands on.
+// A connected site on the scripted server, a local folder to receive into, the recording views and a job that this
+// thread runs: the ground for every test of a whole transfer.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -13,22 +13,29 @@
 #include "ftp/data/transfer_node.h"
 #include "ftp/worker/blocking_call.h"
 #include "ftp/worker/session_state.h"
+#include "platform/files.h"
 #include "support/bounded_wait.h"
 #include "support/local_folder.h"
 #include "support/recording_transfer_view.h"
 #include "support/session_harness.h"
-#include "transfer/receive_target.h"
-#include "transfer/transfer_progress.h"
+#include "transfer/transfer_job.h"
 
 class TransferTest : public testing::Test {
   protected:
     TransferTest() {
         gZarn.mode.mode = 'I';
         site = harness.ConnectedSite();
-        ResetTransfer();
-        ForgetReceivedFiles();
+        NewJob(TransferStart::ListSelection);
     }
+    ~TransferTest() override { SetTransferAbort(false); }
 
+    // A transfer that has done nothing yet, with the local folder current.
+    void NewJob(TransferStart start) {
+        job = TransferJob();
+        job.site = site;
+        job.start = start;
+        job.currentLocalFolder = platform::CurrentFolder();
+    }
     TransferNode NodeFor(const char* location, const char* name, std::uint32_t type = kNodeFile) {
         TransferNode node;
         node.pszLocation = OwnedText::Copy(location);
@@ -41,7 +48,7 @@ class TransferTest : public testing::Test {
         const std::vector<std::string> commands = harness.server.Commands();
         return std::find(commands.begin(), commands.end(), commandLine) != commands.end();
     }
-    // As the dialog's Abort does: ends the wait that the transfer is in, not the ones that follow.
+    // As the dialog's Abort does: ends the call that the transfer waits in, not the ones that follow.
     static void AbortAsTheUserDoes() {
         const std::uint32_t call = BlockingCallNumber();
         SetTransferAbort(true);
@@ -57,5 +64,8 @@ class TransferTest : public testing::Test {
     LocalFolder local;
     RecordingTransferView view;
     Site* site;
-    std::atomic<bool> abort{false};
+    TransferJob job;
+    const RunningJobScope running{job};
+    // The flag that the program uses.
+    const std::atomic<bool>& abort = gSession.transferAbort;
 };

@@ -16,7 +16,6 @@ namespace {
 
 class TransferError : public testing::Test {
   protected:
-    TransferError() { gTransfer.currentLocalFolder = "C:\\in"; }
     std::string TextOf(int option, std::uint32_t error, const char* reply, const char* name = "file") {
         view.Clear();
         answer = TransferDlgError(name, option, error, reply);
@@ -36,11 +35,9 @@ TEST_F(TransferError, SystemErrorsStandInTheirTexts) {
 }
 
 TEST_F(TransferError, FullDriveIsNamedByItsFirstTwoCharacters) {
-    EXPECT_EQ(
-        "There is not enough free space on drive (C:) to recieve  \n       file.\n    Please free up some diskspace "
-        "and "
-        "try again.",
-        TextOf(4, 112, nullptr));
+    EXPECT_EQ("There is not enough free space on drive (" + platform::CurrentFolder().substr(0, 2) +
+                  ") to recieve  \n       file.\n    Please free up some diskspace and try again.",
+              TextOf(4, 112, nullptr));
 }
 
 TEST_F(TransferError, RepliesStandWithoutTheirCodeAndOnceWhole) {
@@ -138,13 +135,7 @@ TEST(ProgressTexts, BarGoesFromNothingToAThousand) {
     ShowTransferProgress(9, 3);
     ShowTransferProgress(4'000'000'000'000, 8'000'000'000'000);
     ShowTransferProgress(7, 0);
-    EXPECT_EQ((std::vector<int>{0, 333, 1000, 1000, 500}), view.bars);
-}
-
-TEST(ProgressTexts, WithoutADialogNothingHappens) {
-    SetDlgTransferingText("x");
-    ShowTransferProgress(1, 2);
-    RefreshCountersText();
+    EXPECT_EQ((std::vector<int>{0, 333, 1000, 500}), view.bars);
 }
 
 // A drive with 5 GiB free and clusters of 4 KiB while it lives.

@@ -5,6 +5,7 @@
 #include "platform/system.h"
 #include "transfer/drop_transfer.h"
 #include "transfer/transfer_fixture.h"
+#include "transfer/transfer_progress.h"
 #ifndef _WIN32
 #include "host/fault_injection.h"
 #endif
@@ -36,14 +37,17 @@ class UploadFaults : public testing::Test {
         SessionHarness harness;
         Site* site = nullptr;
     };
-    int Drop() {
-        view.dropped = {local.PathOf("dir")};
+    int Drop(const Session& session) {
+        job = TransferJob();
+        job.site = session.site;
+        job.start = TransferStart::DropFiles;
+        job.localPaths = {local.PathOf("dir")};
         view.closed = 0;
         return Zarn_TransferDropFiles(gSession.transferAbort);
     }
     void ExpectInOrder(Session& session, const std::string& what, bool folderIsBack = true) {
         EXPECT_EQ(1, view.closed) << what;
-        EXPECT_FALSE(gTransfer.running) << what;
+        EXPECT_FALSE(TransferRunning()) << what;
         EXPECT_EQ(local.Path(), platform::CurrentFolder()) << what;
         EXPECT_EQ(platform::kNoSocket, session.site->pSock->data_skt) << what;
         EXPECT_EQ(platform::kNoSocket, session.site->pSock->listen_skt) << what;
@@ -67,6 +71,8 @@ class UploadFaults : public testing::Test {
 
     LocalFolder local;
     RecordingTransferView view;
+    TransferJob job;
+    const RunningJobScope running{job};
 };
 
 struct Way {
@@ -93,11 +99,11 @@ TEST_F(UploadFaults, EveryWayOfTheServerAtEveryStepEndsInOrder) {
                 const std::string what = std::string(verb) + " " + way.name + " after " + std::to_string(before);
                 for (int i = 0; i < before; ++i) session.harness.server.Once(verb, {Answer()});
                 session.harness.server.Once(verb, way.script);
-                Drop();
+                Drop(session);
                 ExpectInOrder(session, what);
-                const bool failed = gTransfer.counters.failures > 0;
+                const bool failed = job.counters.failures > 0;
                 EXPECT_EQ(failed, SaysThatItFailed(session)) << what;
-                EXPECT_LE(gTransfer.counters.failures, 1) << what;
+                EXPECT_LE(job.counters.failures, 1) << what;
                 if (failed) continue;
                 EXPECT_EQ("zzz", session.harness.server.FileBytes("/up/dir/z.txt")) << what;
             }
@@ -120,9 +126,9 @@ TEST_F(UploadFaults, EveryEndOfTheDataConnectionEndsInOrder) {
             const std::string what = std::string(way.name) + " after " + std::to_string(before);
             for (int i = 0; i < before; ++i) session.harness.server.Once("STOR", {Answer()});
             session.harness.server.Once("STOR", way.script);
-            Drop();
+            Drop(session);
             ExpectInOrder(session, what);
-            EXPECT_EQ(1, gTransfer.counters.failures) << what;
+            EXPECT_EQ(1, job.counters.failures) << what;
             EXPECT_TRUE(SaysThatItFailed(session)) << what;
             EXPECT_EQ(before + 1, session.harness.server.CountCommands("STOR")) << what;
         }
@@ -134,8 +140,8 @@ TEST_F(UploadFaults, IgnoredFailuresAreCountedEachAndEverythingElseIsSent) {
     session.harness.server.Once("STOR", {Say("553 Not here\r\n")});
     session.harness.server.Once("STOR", {Say("150 ok\r\n"), OpenData(), ReadData(), CloseData(), Say("552 full\r\n")});
     for (int i = 0; i < 2; ++i) session.harness.console.AnswerNext(BoxAnswer::Ignore);
-    EXPECT_EQ(5, Drop());
-    EXPECT_EQ(2, gTransfer.counters.failures);
+    EXPECT_EQ(5, Drop(session));
+    EXPECT_EQ(2, job.counters.failures);
     EXPECT_EQ("zzz", session.harness.server.FileBytes("/up/dir/z.txt"));
     EXPECT_TRUE(session.harness.console.HasLine("2 of 5 items could not be transferred."));
     ExpectInOrder(session, "ignored");
@@ -154,7 +160,7 @@ TEST_F(UploadFaults, EveryFailureOfTheSystemEndsInOrder) {
             bool fired = false;
             {
                 const fault_injection::Scope scope(call, n, platform::kErrorAccessDenied);
-                Drop();
+                Drop(session);
                 fired = scope.Fired();
             }
             // The server in this process uses the sockets too: who was struck is open, that it ends in order is not.
@@ -163,8 +169,8 @@ TEST_F(UploadFaults, EveryFailureOfTheSystemEndsInOrder) {
         }
     }
     Session session;
-    EXPECT_EQ(5, Drop());
-    EXPECT_EQ(0, gTransfer.counters.failures);
+    EXPECT_EQ(5, Drop(session));
+    EXPECT_EQ(0, job.counters.failures);
 }
 #endif
 

@@ -4,10 +4,14 @@
 
 #include <commctrl.h>
 
+#include <utility>
+
 #include "foundation/catalogue.h"
 #include "foundation/message_ids.h"
 #include "foundation/trace.h"
+#include "ftp/worker/session_state.h"
 #include "transfer/progress_dialog.h"
+#include "transfer/selection_transfer.h"
 #include "ui/bars/status_bar.h"
 #include "ui/browse/command_context.h"
 #include "ui/browse/list_edit.h"
@@ -63,8 +67,11 @@ void Zarn_IdmTransferSelFiles() {
     if (!fromList && !IsRemoteFolderKind(context.nodeKind)) return;
     DbgVsprintf(kFuncName, "Calling CreateThread(get_selected_files_fx)");
     SetPartOneSBText(MSG_TRANSFERING_FILES, nullptr);
-    const TransferStart start = fromList ? TransferStart::ListSelection : TransferStart::TreeSelection;
-    if (!OpenTransferDialog(gApp.mainWindow, start, OnTransfersDone)) ShowStatusText("");
+    TransferJob job;
+    job.site = gSession.activeSite;
+    job.start = fromList ? TransferStart::ListSelection : TransferStart::TreeSelection;
+    job.remoteItems = fromList ? ItemsOf(SelectedEntries()) : ItemsOf(SelectedNode());
+    if (!OpenTransferDialog(gApp.mainWindow, std::move(job), OnTransfersDone)) ShowStatusText("");
 }
 
 void Zarn_IdmNewFolder(const char* name) {

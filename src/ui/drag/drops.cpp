@@ -13,6 +13,7 @@
 #include "ftp/worker/session_state.h"
 #include "transfer/drop_actions_window.h"
 #include "transfer/progress_dialog.h"
+#include "transfer/selection_transfer.h"
 #include "ui/bars/status_bar.h"
 #include "ui/browse/command_context.h"
 #include "ui/browse/local_computer.h"
@@ -25,84 +26,80 @@
 
 namespace {
 
-// Of the transfer that runs. The window's thread only.
-struct Drop {
-    std::vector<std::string> files;
-    std::string target;
-    // Entries of the list by name, made when the first one is to be added: a file that is sent again replaces its
-    // entry.
-    std::unordered_map<std::string, const LVobject*> listed;
-    bool knowsListed = false;
+// Entries of the list by name while an upload runs, made when the first one is to be added: a file that is sent again
+// replaces its entry. The window's thread only.
+struct ListedNames {
+    std::unordered_map<std::string, const LVobject*> entries;
+    bool known = false;
 };
-Drop gDrop;
+ListedNames gListedNames;
 
 void OnDropDone() {
-    if (gDrop.knowsListed && ListedFolder() != nullptr) LV_EntriesComplete();
-    gDrop = Drop();
+    if (gListedNames.known && ListedFolder() != nullptr) LV_EntriesComplete();
+    gListedNames = ListedNames();
     // Commands act on the selected node's site again.
     if (const TVobject* node = SelectedNode()) gSession.activeSite = TV_GetFtpSite(node);
     ShowStatusText("");
     RefreshWindowState();
 }
 
-// `start` is called when all is in place for the transfer.
-template <class Start>
-bool StartDrop(Drop drop, Start&& start) {
-    if (CommandsRefused()) {
-        DoPrintIdArgs(MSG_BUSY_WITH_REMOTE_OPERATION);
-        return false;
-    }
-    gDrop = std::move(drop);
-    if (start()) {
-        SetPartOneSBText(MSG_TRANSFERING_FILES, nullptr);
-        return true;
-    }
-    OnDropDone();
-    return false;
+bool RefusedAsBusy() {
+    if (!CommandsRefused()) return false;
+    DoPrintIdArgs(MSG_BUSY_WITH_REMOTE_OPERATION);
+    return true;
 }
 
-bool IsFolderEntry(const LVobject& entry) {
-    return entry.type == kKindFolder;
+// What follows from a start that succeeded or failed.
+bool ShowStarted(bool started) {
+    if (started) {
+        SetPartOneSBText(MSG_TRANSFERING_FILES, nullptr);
+    } else {
+        OnDropDone();
+    }
+    return started;
 }
 
 void LearnListedNames() {
-    gDrop.knowsListed = true;
+    gListedNames.known = true;
     for (int i = 0; i < EntryCount(); ++i) {
         const LVobject* entry = EntryAt(i);
-        gDrop.listed.emplace(std::string(EntryName(*entry)), entry);
+        gListedNames.entries.emplace(std::string(EntryName(*entry)), entry);
     }
 }
 
 // True when the list shows the folder that the files are sent to.
-bool ListShowsTarget() {
-    const TVobject* folder = ListedFolder();
-    const Site* site = gSession.activeSite;
-    if (folder == nullptr || IsLocalNode(folder) || site == nullptr || TV_GetFtpSite(folder) != site) return false;
-    // Without a target the transfers have compared with the site's current folder.
-    return gDrop.target.empty() || TV_GetPath(folder).view() == gDrop.target;
+bool ListShows(const Site* site, const std::string& folder) {
+    const TVobject* listed = ListedFolder();
+    if (listed == nullptr || IsLocalNode(listed) || site == nullptr || TV_GetFtpSite(listed) != site) return false;
+    // Without a folder the transfer has compared with the site's current one.
+    return folder.empty() || TV_GetPath(listed).view() == folder;
+}
+
+// A folder's entry points at the folder's own node.
+void GiveNode(TVobject* parent, LVobject& entry, const std::string& name) {
+    TVobject* node = TV_FindChild(parent, name);
+    if (node == nullptr) node = TV_AddItem(parent, name, entry.type, NameCheck::None);
+    if (node != nullptr) entry.node = node;
 }
 
 // The entry joins the list, or takes the place of the one of the same name.
-void LV_AddTransferItem(LVobjectPtr entry) {
+void LV_AddTransferItem(const Site* site, const std::string& targetFolder, LVobjectPtr entry) {
     TVobject* folder = ListedFolder();
-    if (!entry || !ListShowsTarget()) return;
-    if (!gDrop.knowsListed) LearnListedNames();
+    if (!entry || !ListShows(site, targetFolder)) return;
+    if (!gListedNames.known) LearnListedNames();
     const std::string name(EntryName(*entry));
+    const bool isFolder = entry->type == kKindFolder;
     entry->node = folder;
-    const LVobject*& known = gDrop.listed[name];
+    const LVobject*& known = gListedNames.entries[name];
     const int index = known != nullptr ? IndexOfEntry(known) : -1;
     // A folder that was there already is the same one.
-    if (IsFolderEntry(*entry) && index >= 0) return;
+    if (isFolder && index >= 0) return;
     known = entry.get();
     if (index >= 0) {
         LV_ReplaceItem(index, std::move(entry));
         return;
     }
-    if (IsFolderEntry(*entry)) {
-        TVobject* node = TV_FindChild(folder, name);
-        if (node == nullptr) node = TV_AddItem(folder, name, entry->type, NameCheck::None);
-        if (node != nullptr) entry->node = node;
-    }
+    if (isFolder) GiveNode(folder, *entry, name);
     // Not one by one: each time the control is told a number of entries it looks at its scroll bars.
     std::vector<LVobjectPtr> entries;
     entries.push_back(std::move(entry));
@@ -148,19 +145,22 @@ bool ReceiveInto(const std::string& localFolder) {
         TellNotConnected();
         return false;
     }
-    Drop drop;
-    drop.target = localFolder;
     gSession.activeSite = site;
-    return StartDrop(std::move(drop),
-                     [] { return OpenTransferDialog(gApp.mainWindow, TransferStart::ListSelection, OnDropDone); });
+    if (RefusedAsBusy()) return false;
+    TransferJob job;
+    job.site = site;
+    job.start = TransferStart::ListSelection;
+    job.remoteItems = ItemsOf(SelectedEntries());
+    job.targetFolder = localFolder;
+    return ShowStarted(OpenTransferDialog(gApp.mainWindow, std::move(job), OnDropDone));
 }
 
 bool SendInto(Site* site, std::vector<std::string> files, const std::string& remoteFolder) {
-    if (files.empty()) return false;
-    Drop drop;
-    drop.files = std::move(files);
-    drop.target = remoteFolder;
-    return StartDrop(std::move(drop), [site] { return drop_files_fx(site, gApp.mainWindow, OnDropDone); });
+    if (files.empty() || RefusedAsBusy()) return false;
+    TransferJob job;
+    job.localPaths = std::move(files);
+    job.targetFolder = remoteFolder;
+    return ShowStarted(drop_files_fx(site, gApp.mainWindow, std::move(job), OnDropDone));
 }
 
 DropPlace PlaceOf(const TVobject* node) {
@@ -210,7 +210,7 @@ bool ClipboardHoldsFiles() {
 }
 
 void FillDropView(TransferView& view) {
-    view.droppedFiles = [] { return RunOnUi([] { return gDrop.files; }); };
-    view.dropTarget = [] { return RunOnUi([] { return gDrop.target; }); };
-    view.addListedEntry = [](LVobjectPtr entry) { RunOnUi([&] { LV_AddTransferItem(std::move(entry)); }); };
+    view.addListedEntry = [](const Site* site, const std::string& folder, LVobjectPtr entry) {
+        RunOnUi([&] { LV_AddTransferItem(site, folder, std::move(entry)); });
+    };
 }

@@ -12,6 +12,7 @@
 #include "listing/listing_view.h"
 #include "resources/resource.h"
 #include "transfer/progress_dialog.h"
+#include "transfer/transfer_progress.h"
 #include "transfer/transfer_view.h"
 #include "ui/bars/status_bar.h"
 #include "ui/commands/command_table.h"
@@ -84,8 +85,8 @@ BoxAnswer Answer(int button) {
 
 // The owner of a box: the front-most open dialog, else the main window.
 HWND BoxOwner() {
-    HWND owner = reinterpret_cast<HWND>(TransferDialogWindow());
-    if (owner == nullptr || !IsWindowVisible(owner)) owner = gApp.mainWindow;
+    HWND owner = reinterpret_cast<HWND>(ShownTransferDialog());
+    if (owner == nullptr) owner = gApp.mainWindow;
     const HWND front = GetLastActivePopup(owner);
     return front != nullptr && IsWindowVisible(front) && IsWindowEnabled(front) ? front : owner;
 }
@@ -136,10 +137,6 @@ void SaveConfigurationNow() {
     RunOnUi([] { ProcessCommandsWndProc(gApp.mainWindow, IDM_SAVECFG); });
 }
 
-void SetProgress(std::uint64_t done, std::uint64_t total) {
-    SetTransferDialogProgress(done, total);
-}
-
 // Waits for the worker while serving the messages that it sends, so that neither blocks the other.
 bool WaitForThread(platform::ThreadHandle thread, std::uint32_t milliseconds) {
     HANDLE handle = reinterpret_cast<HANDLE>(thread);
@@ -166,11 +163,9 @@ void InstallViews() {
     gSessionView.postDisconnect = PostDisconnect;
     gSessionView.closeProgram = CloseProgram;
     gSessionView.saveConfiguration = SaveConfigurationNow;
-    gSessionView.setTransferProgress = SetProgress;
+    gSessionView.setTransferProgress = ShowTransferProgress;
     gSessionView.waitForThread = WaitForThread;
     FillTransferView(gTransferView);
     FillDropView(gTransferView);
-    gTransferView.selectedEntries = [] { return RunOnUi([] { return SelectedEntries(); }); };
-    gTransferView.selectedNode = [] { return RunOnUi([] { return SelectedNode(); }); };
     InstallListingView();
 }

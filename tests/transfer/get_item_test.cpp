@@ -1,4 +1,4 @@
-#include "transfer/get_put.h"
+#include "transfer/get_item.h"
 
 #include "ftp/worker/result_codes.h"
 #include "platform/files.h"
@@ -29,8 +29,8 @@ TEST_F(GetFile, FileIsReceivedByteForByte) {
     EXPECT_EQ(FTP_COMPLETE, node.iRetCode);
     EXPECT_EQ(bytes, local.Read("big.bin"));
     EXPECT_EQ((Names{"big.bin"}), local.Contents());
-    EXPECT_EQ(1, gTransfer.counters.files);
-    EXPECT_EQ(0, gTransfer.counters.failures);
+    EXPECT_EQ(1, job.counters.files);
+    EXPECT_EQ(0, job.counters.failures);
 }
 
 TEST_F(GetFile, DialogShowsNameSourceDestinationBytesModeAndCount) {
@@ -65,7 +65,7 @@ TEST_F(GetFile, ReservedNameGivesItsCodeAndABoxWithOnlyAnOkButton) {
     EXPECT_EQ(BoxButtons::Ok, harness.console.Boxes()[0].buttons);
     EXPECT_TRUE(harness.console.HasBox("are reserved."));
     EXPECT_TRUE(local.Contents().empty());
-    EXPECT_EQ(1, gTransfer.counters.failures);
+    EXPECT_EQ(1, job.counters.failures);
     EXPECT_EQ(0, harness.server.CountCommands("RETR"));
 }
 
@@ -172,7 +172,7 @@ TEST_F(GetFile, FileBearsTheTimeOfTheListing) {
         platform::FileInfo info;
         ASSERT_TRUE(platform::GetFileInfo(local.PathOf("a.txt").c_str(), info));
         EXPECT_EQ(time, info.writeTime);
-        ForgetReceivedFiles();
+        job.receivedFiles.clear();
     }
 }
 
@@ -200,10 +200,10 @@ TEST_F(GetFile, MissingFieldsAndOtherKindsAreRefused) {
 }
 
 TEST_F(GetFile, AbortBeforehandDoesNothing) {
-    abort = true;
+    SetTransferAbort(true);
     EXPECT_FALSE(Get("a.txt"));
     EXPECT_EQ(FTP_ERROR, node.iRetCode);
-    EXPECT_EQ(0, gTransfer.counters.failures);
+    EXPECT_EQ(0, job.counters.failures);
     EXPECT_TRUE(harness.server.Commands().empty());
 }
 
@@ -213,8 +213,8 @@ TEST_F(GetFile, RefusalIsShownWithTheServersWordsAndLeavesNothing) {
     ASSERT_EQ(1u, harness.console.Boxes().size());
     EXPECT_EQ(0u, harness.console.Boxes()[0].text.find("An error occured while trying to transfer\n    <missing.txt>"));
     EXPECT_TRUE(local.Contents().empty());
-    EXPECT_EQ(1, gTransfer.counters.failures);
-    EXPECT_EQ(0, gTransfer.counters.files);
+    EXPECT_EQ(1, job.counters.failures);
+    EXPECT_EQ(0, job.counters.files);
     EXPECT_EQ(0, view.bars.back());
     EXPECT_FALSE(abort);
     EXPECT_TRUE(Get("a.txt"));
@@ -238,7 +238,7 @@ TEST_F(GetFile, RetryTriesAgainWithoutAskingForTheOldFileOnceMore) {
     EXPECT_EQ(2, harness.server.CountCommands("RETR"));
     EXPECT_EQ(1u, view.questions.size());
     EXPECT_EQ("hello\r\n", local.Read("a.txt"));
-    EXPECT_EQ(0, gTransfer.counters.failures);
+    EXPECT_EQ(0, job.counters.failures);
 }
 
 TEST_F(GetFile, AbortInTheBoxEndsTheWholeTransfer) {
@@ -294,8 +294,8 @@ TEST_F(GetFile, KeptFileCountsNeitherAsDoneNorAsFailed) {
     view.answers = {ReplaceAnswer::No};
     EXPECT_TRUE(Get("a.txt"));
     EXPECT_EQ("mine", local.Read("a.txt"));
-    EXPECT_EQ(0, gTransfer.counters.files);
-    EXPECT_EQ(0, gTransfer.counters.failures);
+    EXPECT_EQ(0, job.counters.files);
+    EXPECT_EQ(0, job.counters.failures);
     EXPECT_TRUE(harness.console.HasLine("'a.txt' skipped, the local file stays as it was."));
     EXPECT_EQ(0, harness.server.CountCommands("RETR"));
 }
@@ -321,7 +321,7 @@ TEST_F(GetFile, MissingLocalFolderIsShownAsOneThatTakesNoFile) {
     node.pszDestination = OwnedText::Copy(local.PathOf("missing"));
     EXPECT_FALSE(Get(node));
     EXPECT_TRUE(harness.console.HasBox("Unable to create a local file <a.txt>."));
-    EXPECT_EQ(1, gTransfer.counters.failures);
+    EXPECT_EQ(1, job.counters.failures);
 }
 
 #ifndef _WIN32
@@ -350,8 +350,7 @@ TEST_F(GetFile, EveryLocalFailureIsToldAndCostsNothing) {
     for (const Call call : {Call::OpenFile, Call::WriteFile, Call::MoveFile}) {
         for (int n = 1;; ++n) {
             local.Write("a.txt", "mine");
-            ResetTransfer();
-            ForgetReceivedFiles();
+            NewJob(TransferStart::ListSelection);
             harness.console.Clear();
             view.answers = {ReplaceAnswer::Yes};
             harness.console.AnswerNext(BoxAnswer::Ignore);
@@ -385,14 +384,14 @@ TEST_F(CreateDir, FolderIsMadeAndShown) {
     EXPECT_EQ((Names{"Creating Directory: sub "}), view.items);
     EXPECT_EQ((std::vector<int>{0, 250, 1000}), view.bars);
     EXPECT_EQ("A", view.modes);
-    EXPECT_EQ(1, gTransfer.counters.folders);
+    EXPECT_EQ(1, job.counters.folders);
     EXPECT_EQ("1 Folders Created", view.counters.back());
 }
 
 TEST_F(CreateDir, FolderThatExistsSucceeds) {
     ASSERT_TRUE(Create("sub"));
     ASSERT_TRUE(Create("sub"));
-    EXPECT_EQ(2, gTransfer.counters.folders);
+    EXPECT_EQ(2, job.counters.folders);
     EXPECT_TRUE(harness.console.Boxes().empty());
 }
 
@@ -428,14 +427,14 @@ TEST_F(CreateDir, DestinationBecomesTheCurrentFolderOnce) {
     node.pszDestination = OwnedText::Copy(local.PathOf("sub"));
     ASSERT_TRUE(DlgCreateDir(&node, abort));
     EXPECT_EQ(local.PathOf("sub"), platform::CurrentFolder());
-    EXPECT_EQ(local.PathOf("sub"), gTransfer.currentLocalFolder);
+    EXPECT_EQ(local.PathOf("sub"), job.currentLocalFolder);
     EXPECT_EQ((Names{"sub/", "sub/deeper/"}), local.Contents());
 }
 
 TEST_F(CreateDir, MissingFieldsOrAbortAreRefused) {
     EXPECT_FALSE(DlgCreateDir(nullptr, abort));
     EXPECT_FALSE(Create(""));
-    abort = true;
+    SetTransferAbort(true);
     EXPECT_FALSE(Create("sub"));
     EXPECT_EQ(FTP_ERROR, node.iRetCode);
     EXPECT_TRUE(local.Contents().empty());

@@ -1,0 +1,3 @@
+#include "transfer/transfer_view.h"
+
+TransferView gTransferView;
