@@ -2,8 +2,11 @@
 
 #include <windows.h>
 
-#include <knownfolders.h>
 #include <shlobj.h>
+
+// Once more, to define the folders' ids here: the library that has them would bring every id of the system along.
+#include <initguid.h>
+#include <knownfolders.h>
 
 #include "foundation/trace.h"
 #include "platform/files.h"
