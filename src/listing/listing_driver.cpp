@@ -40,11 +40,11 @@ unsigned Address(const void* pointer) {
 }
 
 void ShowStatus(const char* text) {
-    if (gSessionView.setStatusText != nullptr) gSessionView.setStatusText(text);
+    gSessionView.setStatusText(text);
 }
 
 void RefreshWindow() {
-    if (gSessionView.refreshWindow != nullptr) gSessionView.refreshWindow();
+    gSessionView.refreshWindow();
 }
 
 // Marks a listing as being parsed until the object goes.
@@ -209,7 +209,7 @@ bool ChangeTo(const char* caller, Site* site, const OwnedText& path) {
     // A connection that is closed already was told and is being disconnected.
     if ((result == FTP_CLOSE || result == SOCKET_ERROR) && HasControlSocket(site)) {
         DbgVsprintf(caller, "ERROR. Can't Send to FTP Server. Closing Connection");
-        if (gSessionView.postDisconnect != nullptr) gSessionView.postDisconnect(site);
+        gSessionView.postDisconnect(site);
     }
     return false;
 }

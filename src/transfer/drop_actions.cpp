@@ -34,7 +34,7 @@ bool ReadyForDrop(Site* site) {
     if (active != site) {
         DbgVsprintf("drop_files_fx", "(WARNING) Sites Dont match!(Global:%x:%s, Param:%x:%s", TracedAddress(active),
                     TracedName(active), TracedAddress(site), TracedName(site));
-        gSession.activeSite = site;
+        SetActiveSite(site);
     }
     return true;
 }

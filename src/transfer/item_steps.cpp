@@ -64,7 +64,6 @@ char ModeFor(const char* fileName) {
 }
 
 bool AskForName(TransferJob& job, unsigned captionId, unsigned promptId, std::string& name) {
-    if (gSessionView.askText == nullptr) return true;
     // Quirk: the field is prefilled with the site's name, too, kept. Left there, it is not part of the answer.
     const std::string prefix = std::string(SiteName(job)) + " : ";
     TextQuestion question;

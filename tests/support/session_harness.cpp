@@ -25,7 +25,6 @@ void ResetSession() {
     gSession.activeSite = nullptr;
     gSession.localAddress = 0;
     gSession.currentType = 'A';
-    gSession.portSwitch = true;
     gSession.totalSeconds = 0;
     gSession.totalBytes = 0;
     gSession.totalTransfers = 0;

@@ -14,13 +14,13 @@
 
 void TellServerReset(const char* callerName, Site* site) {
     if (site == nullptr) return;
-    Site* previous = gSession.activeSite.exchange(site);
+    Site* previous = SetActiveSite(site);
     DbgVsprintf("Zarn_HandleFtpReset", "Entered from %s", callerName != nullptr ? callerName : "");
     DoPrintIdArgs(MSG_SERVER_ABORTED_CONNECTION);
     const std::string text = CatalogueText(MSG_SERVER_ABORTED_CONNECTION);
     ShowMessageBox(text.c_str(), nullptr, BoxButtons::Ok, BoxIcon::Stop);
-    if (gSessionView.postDisconnect != nullptr) gSessionView.postDisconnect(site);
-    gSession.activeSite = previous;
+    gSessionView.postDisconnect(site);
+    SetActiveSite(previous);
 }
 
 void Zarn_HandleFtpReset(const char* callerName, Site* site) {

@@ -25,6 +25,9 @@
 
 namespace {
 
+// Off, the listener would wait without the server being told of it by PORT.
+constexpr bool kPortSwitch = true;
+
 // The two receiving families differ in their progress and in how a local failure is told.
 struct Reception {
     const char* caller;
@@ -112,7 +115,7 @@ int GetFTPListenSocket(Site* site, ReplyBuffer reply) {
         return FTP_CLOSE;
     };
     if (listener == platform::kNoSocket) return fail("create socket");
-    if (!gSession.portSwitch && !platform::SetReuseAddress(listener)) return fail("setsockopt(SO_REUSEADDR)");
+    if (!kPortSwitch && !platform::SetReuseAddress(listener)) return fail("setsockopt(SO_REUSEADDR)");
     if (!platform::BindAnyAddress(listener, 0)) return fail("bind");
     platform::Endpoint bound;
     if (!platform::GetLocalEndpoint(listener, bound)) return fail("getsockname");
@@ -120,7 +123,7 @@ int GetFTPListenSocket(Site* site, ReplyBuffer reply) {
     DbgVsprintf(kFuncName, "Listen Port ID:%u ", static_cast<unsigned>(bound.port));
     if (!platform::ListenSocket(listener, 1)) return fail("listen");
     const std::uint32_t address = gSession.localAddress;
-    if (gSession.portSwitch) {
+    if (kPortSwitch) {
         const int result = command(site, reply, "%s", PortCommand(address, bound.port).c_str());
         if (result != FTP_COMPLETE) {
             DoPrintIdArgs(MSG_PORT_NOT_UNDERSTOOD, static_cast<unsigned>(site->pSock->ctrl_skt.load()));

@@ -43,5 +43,5 @@ void TransferProgressMeter::Finished(std::uint64_t done) {
 }
 
 void TransferProgressMeter::Tell(std::uint64_t done) const {
-    if (gSessionView.setTransferProgress != nullptr) gSessionView.setTransferProgress(done, total_);
+    gSessionView.setTransferProgress(done, total_);
 }

@@ -69,7 +69,7 @@ ServerErrorFields SetSrvErrorDlgItems(int operation, std::string_view reply) {
 
 void ShowServerError(int operation, const char* reply) {
     constexpr char kFuncName[] = "ShowServerError";
-    if (operation == 0 || reply == nullptr || gSessionView.showServerError == nullptr) return;
+    if (operation == 0 || reply == nullptr) return;
     if (gDialogOpen.exchange(true)) {
         DbgVsprintf(kFuncName, "WARNING. A server error is shown already. Returning");
         return;

@@ -19,20 +19,16 @@
 
 namespace {
 
-void SetStatusText(std::string_view text) {
-    if (gSessionView.setStatusText != nullptr) gSessionView.setStatusText(std::string(text).c_str());
-}
-
 void RefuseSecondConnection() {
     const std::string text = CatalogueText(MSG_ALREADY_CONNECTED);
     DoPrintIdArgs(MSG_ALREADY_CONNECTED);
-    SetStatusText(text);
+    gSessionView.setStatusText(text.c_str());
     ShowMessageBox(text.c_str(), nullptr, BoxButtons::Ok, BoxIcon::Exclamation);
 }
 
 void ReportFailure() {
     std::string text = CatalogueText(MSG_CONNECTION_FAILED);
-    SetStatusText(text);
+    gSessionView.setStatusText(text.c_str());
     // The user who stopped it knows why.
     if (gSession.aborting || gSession.exiting) return;
     const std::string reason = ConnectFailure();
@@ -80,12 +76,12 @@ char RemoteSeparator(const char* firstDirectory) {
 bool Zarn_HandleConnect(Site* site) {
     constexpr char kFuncName[] = "Zarn_HandleConnect";
     if (site == nullptr || site->pSock == nullptr || site->dwCurType == HOST_TYPE_LOCAL) return false;
-    if (gSessionView.siteHasNode != nullptr && !gSessionView.siteHasNode(site)) return false;
+    if (!gSessionView.siteHasNode(site)) return false;
     if (HasControlSocket(site)) {
         RefuseSecondConnection();
         return false;
     }
-    SetStatusText(Zarn_ResVsprintf(MSG_CONNECTING_TO_SITE, site->pszSessionName.c_str()).view());
+    gSessionView.setStatusText(Zarn_ResVsprintf(MSG_CONNECTING_TO_SITE, site->pszSessionName.c_str()).c_str());
     if (!DoConnect(site)) {
         ReportFailure();
         return false;
@@ -93,7 +89,7 @@ bool Zarn_HandleConnect(Site* site) {
     OwnedText directory = FirstDirectory(site);
     if (!directory) {
         DbgVsprintf(kFuncName, "ERROR. The current directory is unknown. Returning FALSE");
-        SetStatusText("");
+        gSessionView.setStatusText("");
         ReportUnknownDirectory(site);
         return false;
     }
@@ -104,15 +100,15 @@ bool Zarn_HandleConnect(Site* site) {
 
 void Zarn_IdmConnect(Site* site) {
     SetConnecting(true);
-    gSession.activeSite = site;
-    SetStatusText(CatalogueText(MSG_CONNECTING));
+    SetActiveSite(site);
+    gSessionView.setStatusText(CatalogueText(MSG_CONNECTING).c_str());
     if (Zarn_HandleConnect(site)) {
-        SetStatusText(CatalogueText(MSG_DETERMINING_ROOT));
+        gSessionView.setStatusText(CatalogueText(MSG_DETERMINING_ROOT).c_str());
         SuppressInnerReplyLines(true);
         const std::string directory = site->pszCurrentDir.c_str();
-        if (gSessionView.showFirstDirectory != nullptr) gSessionView.showFirstDirectory(site, directory.c_str());
+        gSessionView.showFirstDirectory(site, directory.c_str());
         SuppressInnerReplyLines(false);
-        SetStatusText("");
+        gSessionView.setStatusText("");
     }
     SetConnecting(false);
 }

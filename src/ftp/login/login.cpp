@@ -56,7 +56,6 @@ Credentials ChooseCredentials(Site* site) {
 }
 
 bool AskUser(unsigned caption, unsigned prompt, bool isSecret, std::string& answer) {
-    if (gSessionView.askText == nullptr) return false;
     TextQuestion question;
     question.caption = CatalogueText(caption);
     question.prompt = CatalogueText(prompt);

@@ -18,14 +18,6 @@ namespace {
 constexpr std::uint32_t kStopMilliseconds = 4000;
 constexpr std::uint32_t kForcedStopMilliseconds = 500;
 
-void RefreshWindow() {
-    if (gSessionView.refreshWindow != nullptr) gSessionView.refreshWindow();
-}
-
-void SetStatusText(const OwnedText& text) {
-    if (gSessionView.setStatusText != nullptr) gSessionView.setStatusText(text.c_str());
-}
-
 bool IsOpen(const std::atomic<platform::Socket>& stored) {
     return stored.load() != platform::kNoSocket;
 }
@@ -89,14 +81,14 @@ void Zarn_Abort() {
         DoPrintIdArgs(MSG_REMOTE_OPERATION_ABORTED);
     }
     SetAborting(false);
-    RefreshWindow();
+    gSessionView.refreshWindow();
     if (!wasConnecting && lost) TellServerReset(kFuncName, site);
 }
 
 void Zarn_IdmDisconnect(Site* site) {
     if (site == nullptr || site->pSock == nullptr) return;
-    if (gSessionView.siteHasNode != nullptr && !gSessionView.siteHasNode(site)) return;
-    SetStatusText(Zarn_ResVsprintf(MSG_DISCONNECTING_FROM, site->pszSessionName.c_str()));
+    if (!gSessionView.siteHasNode(site)) return;
+    gSessionView.setStatusText(Zarn_ResVsprintf(MSG_DISCONNECTING_FROM, site->pszSessionName.c_str()).c_str());
     const bool running = WorkerRunning();
     AnnounceStop();
     site->bConnected = 0;
@@ -110,17 +102,17 @@ void Zarn_IdmDisconnect(Site* site) {
     SetBusy(true);
     site->pszCurrentDir.reset();
     site->lastCommandTicks = 0;
-    if (gSessionView.showDisconnected != nullptr) gSessionView.showDisconnected(site);
+    gSessionView.showDisconnected(site);
     SetBusy(false);
     SetConnecting(false);
-    SetStatusText(Zarn_ResVsprintf(MSG_DISCONNECTED_FROM, site->pszSessionName.c_str()));
+    gSessionView.setStatusText(Zarn_ResVsprintf(MSG_DISCONNECTED_FROM, site->pszSessionName.c_str()).c_str());
 }
 
 void Zarn_IdmExit(Site* site, unsigned commandId) {
     const bool leaving = commandId == kExitCommand;
     const bool running = OperationRunning();
     if (running) AnnounceStop();
-    if (leaving) gSession.exiting = true;
+    if (leaving) SetExiting();
     SetTransferAbort(true);
     const bool hasRecord = site != nullptr && site->pSock != nullptr;
     const bool wasConnected = hasRecord && site->bConnected != 0;
@@ -137,11 +129,11 @@ void Zarn_IdmExit(Site* site, unsigned commandId) {
         CloseTransferSockets(*site->pSock, hadData);
         SayGoodbye(site);
     }
-    RefreshWindow();
-    if (gZarn.SAVEONEXIT != 0 && gSessionView.saveConfiguration != nullptr) gSessionView.saveConfiguration();
+    gSessionView.refreshWindow();
+    if (gZarn.SAVEONEXIT != 0) gSessionView.saveConfiguration();
     if (leaving) {
-        if (gSessionView.closeProgram != nullptr) gSessionView.closeProgram();
+        gSessionView.closeProgram();
         return;
     }
-    RefreshWindow();
+    gSessionView.refreshWindow();
 }

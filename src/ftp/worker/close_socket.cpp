@@ -8,6 +8,8 @@ namespace {
 
 constexpr char kFuncName[] = "DoClose";
 constexpr int kShutdownFirst = 2;
+// How the program's sockets close; any other mode leaves out shutdown and linger.
+constexpr int kShutdownMode = kShutdownFirst;
 constexpr int kMostCloseRetries = 5;
 constexpr int kLingerSeconds = 25;
 
@@ -15,7 +17,7 @@ constexpr int kLingerSeconds = 25;
 
 platform::Socket DoClose(platform::Socket socket, CloseHow how) {
     if (socket == platform::kNoSocket) return platform::kNoSocket;
-    if (gSession.shutdownMode == kShutdownFirst) {
+    if (kShutdownMode == kShutdownFirst) {
         if (how != CloseHow::None) platform::ShutdownSocket(socket, static_cast<platform::ShutdownHow>(how));
         platform::SetLinger(socket, gSession.aborting ? 0 : kLingerSeconds);
     }

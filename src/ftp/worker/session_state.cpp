@@ -10,10 +10,18 @@ namespace {
 void ChangeFlag(std::atomic<bool>& flag, bool value, const char* funcName) {
     if (flag.exchange(value) == value) return;
     DbgVsprintf(funcName, "%s", value ? "set" : "cleared");
-    if (gSessionView.refreshWindow != nullptr) gSessionView.refreshWindow();
+    gSessionView.refreshWindow();
 }
 
 }  // namespace
+
+Site* SetActiveSite(Site* site) {
+    return gSession.activeSite.exchange(site);
+}
+
+void SetExiting() {
+    gSession.exiting = true;
+}
 
 void SetBusy(bool busy) {
     ChangeFlag(gSession.busy, busy, "SetBusy");

@@ -1,6 +1,6 @@
 // What the program knows while it runs: which operation is under way, the active site, the representation type in
-// force, the local host's address. Flags that two threads touch are atomic and change through one function each, which
-// traces.
+// force, the local host's address. What two threads touch is atomic. Anyone reads; the functions below write. What is
+// known of one site's connection is site_status.h.
 #pragma once
 
 #include <atomic>
@@ -19,8 +19,6 @@ struct SessionState {
     std::atomic<Site*> activeSite{nullptr};      // the site that commands act on
     std::atomic<std::uint32_t> localAddress{0};  // IPv4, host order; 0 until found
     char currentType = 'A';                      // representation type, shared by all sites; worker only
-    bool portSwitch = true;                      // the listener is announced with PORT; always on
-    int shutdownMode = 2;                        // 2: sockets are shut down and given a linger before they close
 
     // Totals of successful receptions of 1025 bytes or more.
     std::atomic<std::uint32_t> totalSeconds{0};
@@ -29,6 +27,12 @@ struct SessionState {
 };
 extern SessionState gSession;
 
+// The site that commands act on from now on; returns the one before. Not traced.
+Site* SetActiveSite(Site* site);
+// The program begins to close, for good. Not traced.
+void SetExiting();
+
+// The flags: a change is traced, and the first three refresh the window.
 void SetBusy(bool busy);
 void SetConnecting(bool connecting);
 void SetAborting(bool aborting);

@@ -37,15 +37,10 @@ void RunJob(void*) {
     SetBusy(false);
 }
 
-bool WaitForWorker(std::uint32_t milliseconds) {
-    return gSessionView.waitForThread != nullptr ? gSessionView.waitForThread(gWorker.thread, milliseconds)
-                                                 : platform::WaitThread(gWorker.thread, milliseconds);
-}
-
 // Takes the slot free when its thread has ended.
 bool ReleaseSlot(std::uint32_t milliseconds) {
     if (gWorker.thread == platform::kNoThread) return true;
-    if (!WaitForWorker(milliseconds)) return false;
+    if (!gSessionView.waitForThread(gWorker.thread, milliseconds)) return false;
     platform::CloseThread(gWorker.thread);
     gWorker.thread = platform::kNoThread;
     return true;

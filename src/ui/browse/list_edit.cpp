@@ -182,9 +182,7 @@ bool DeleteRemotely(Site* site, const TVobject* folder, const LVobject& entry) {
     const bool isFolder = entry.type == kKindFolder;
     const int result = isFolder ? DoRMD(site, name.c_str(), reply) : DoDELE(site, name.c_str(), reply);
     if (result == FTP_COMPLETE) return true;
-    if (gSessionView.showServerError != nullptr) {
-        gSessionView.showServerError(isFolder ? kOperationRemoveDirectory : kOperationRename, reply);
-    }
+    gSessionView.showServerError(isFolder ? kOperationRemoveDirectory : kOperationRename, reply);
     return false;
 }
 

@@ -85,7 +85,7 @@ bool ChangeRemoteFolder(TVobject* node, Site* site) {
     DbgVsprintf(kFuncName, "Call to LV_ChangeDir(%x:%s) Failed", TraceAddress(node), node->pszName.c_str());
     // A broken data connection is a socket error as well, but the session survives it.
     const bool lost = result == FTP_CLOSE || (result == SOCKET_ERROR && !HasControlSocket(site));
-    if (lost && gSessionView.postDisconnect != nullptr) gSessionView.postDisconnect(site);
+    if (lost) gSessionView.postDisconnect(site);
     return false;
 }
 
@@ -147,7 +147,7 @@ bool TV_OnSelChanging(TVobject* newNode) {
     if (site->pSock == nullptr) site->pSock = std::make_unique<SocketRecord>();
     gPending = newNode;
     // Abort acts on the active site, so a running operation keeps its own.
-    if (!Busy()) gSession.activeSite = site;
+    if (!Busy()) SetActiveSite(site);
     return false;
 }
 
@@ -172,7 +172,7 @@ void TV_HandleRealSelChange() {
     gWaitsForOperation = false;
     if (node == gCurrent) {
         DbgVsprintf(kFuncName, "Landed on last Selected folder, Returning %x", TraceAddress(node));
-        gSession.activeSite = TV_GetFtpSite(node);
+        SetActiveSite(TV_GetFtpSite(node));
         RefreshWindowState();
         return;
     }
@@ -180,7 +180,7 @@ void TV_HandleRealSelChange() {
         DbgVsprintf(kFuncName, "ERROR. (pTVitemNew != pTVselect). Returning NULL");
         return;
     }
-    gSession.activeSite = TV_GetFtpSite(node);
+    SetActiveSite(TV_GetFtpSite(node));
     if (CanBeListed(node)) {
         if (!StartChangeDir(node)) FinishChange(node, false);
     } else if (ShowUnlistedNode(node)) {
@@ -253,7 +253,7 @@ void SelectWithoutListing(TVobject* node) {
     if (node != nullptr && node->hItem != 0) TreeView_SelectItem(TreeWindow(), ItemOf(node));
     gSuppressListing = false;
     gCurrent = node;
-    if (node != nullptr) gSession.activeSite = TV_GetFtpSite(node);
+    if (node != nullptr) SetActiveSite(TV_GetFtpSite(node));
 }
 
 void OpenWhenListed(TVobject* node) {

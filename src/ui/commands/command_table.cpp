@@ -57,7 +57,7 @@ void OnStatistics(HWND window, UINT) {
 void OnConnect(HWND, UINT) {
     Site* site = SelectedSite();
     if (site == nullptr) return;
-    gSession.activeSite = site;
+    SetActiveSite(site);
     ApplySiteConnectionSettings(site->pszSessionName.c_str());
     SetLastSession(site->pszSessionName.c_str());
     StartWorker("Zarn_IdmConnect", [site] { Zarn_IdmConnect(site); });

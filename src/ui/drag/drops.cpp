@@ -38,7 +38,7 @@ void OnDropDone() {
     if (gListedNames.known && ListedFolder() != nullptr) LV_EntriesComplete();
     gListedNames = ListedNames();
     // Commands act on the selected node's site again.
-    if (const TVobject* node = SelectedNode()) gSession.activeSite = TV_GetFtpSite(node);
+    if (const TVobject* node = SelectedNode()) SetActiveSite(TV_GetFtpSite(node));
     ShowStatusText("");
     RefreshWindowState();
 }
@@ -145,7 +145,7 @@ bool ReceiveInto(const std::string& localFolder) {
         TellNotConnected();
         return false;
     }
-    gSession.activeSite = site;
+    SetActiveSite(site);
     if (RefusedAsBusy()) return false;
     TransferJob job;
     job.site = site;

@@ -125,7 +125,7 @@ bool SiteHasNode(const Site* site) {
 
 // Posted, because the worker that noticed the lost connection must end before its site is disconnected.
 void PostDisconnect(Site* site) {
-    gSession.activeSite = site;
+    SetActiveSite(site);
     PostMessageW(gApp.mainWindow, WM_COMMAND, IDM_DISCONNECT, 0);
 }
 

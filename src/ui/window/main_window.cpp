@@ -194,7 +194,7 @@ void Zarn_OnClose(HWND window) {
         return;
     }
     RememberPlacement(window);
-    gSession.exiting = true;
+    SetExiting();
     ChangeSBText();
     if (gZarn.SAVEONEXIT != 0) ProcessCommandsWndProc(window, IDM_SAVECFG);
     if (WorkerRunning()) {

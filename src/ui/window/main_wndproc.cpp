@@ -71,7 +71,7 @@ Answer OnCreate(HWND window, WPARAM, LPARAM) {
 }
 
 Answer OnDestroy(HWND, WPARAM, LPARAM) {
-    gSession.exiting = true;
+    SetExiting();
     PostQuitMessage(0);
     return kDone;
 }
