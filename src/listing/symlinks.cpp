@@ -13,6 +13,7 @@
 #include "ftp/data/data_connection.h"
 #include "ftp/worker/beeps.h"
 #include "ftp/worker/session_state.h"
+#include "ftp/worker/site_status.h"
 #include "listing/dump_reader.h"
 #include "listing/line_tokens.h"
 #include "listing/temporary_dump.h"
@@ -35,7 +36,7 @@ void ReturnToCurrentFolder(Site* site) {
     char reply[kReplySize] = "";
     if (!StopRequested() && DoCWD(site, site->pszCurrentDir.get(), reply, false) == FTP_COMPLETE) return;
     DbgVsprintf(kInfo, "ERROR. Can't go back to %s", site->pszCurrentDir.c_str());
-    site->pszCurrentDir.reset();
+    ForgetSessionDirectory(*site);
 }
 
 bool ListInto(Site* site, const std::string& listCommand, const char* dumpFile, int& lastResult) {

@@ -10,6 +10,7 @@
 #include "ftp/worker/close_socket.h"
 #include "ftp/worker/session_state.h"
 #include "ftp/worker/session_view.h"
+#include "ftp/worker/site_status.h"
 #include "ftp/worker/worker.h"
 
 void TellServerReset(const char* callerName, Site* site) {
@@ -38,7 +39,7 @@ void LoseControlConnection(const char* callerName, Site* site) {
     DbgVsprintf(callerName, "ERROR. Closing Connection to %s", site->pszHost.c_str());
     // A server that does not answer may not take what is still on its way either: nothing is waited for.
     AbandonStoredSocket(site->pSock->ctrl_skt);
-    site->bConnected = 0;
+    SetConnected(*site, false);
     if (StoppingWorker())
         LeaveLossUntold();
     else

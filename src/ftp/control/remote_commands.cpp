@@ -14,6 +14,7 @@
 #include "ftp/control/reply_receive.h"
 #include "ftp/errors/server_error.h"
 #include "ftp/worker/session_state.h"
+#include "ftp/worker/site_status.h"
 
 namespace {
 
@@ -53,7 +54,7 @@ int DoCWD(Site* site, const char* path, ReplyBuffer reply, bool remember) {
     }
     const int result = command(site, reply, "CWD %s", path);
     const bool changed = result == FTP_COMPLETE || (result >= 200 && result <= 299);
-    if (remember && changed) site->pszCurrentDir = OwnedText::Copy(path);
+    if (remember && changed) SetSessionDirectory(*site, path);
     return result;
 }
 
@@ -179,7 +180,7 @@ int ChkForRdir(Site* site, const char* name, bool hasParent, const char* parent,
         TellServerError(kOperationMakeDirectory, reply.data());
         return made;
     }
-    int code = 0;
-    if (ChangeRemoteDirectory(site, path.c_str(), reply, &code, true)) site->pszCurrentDir = OwnedText::Copy(path);
+    ChangeRemoteDirectory(site, path.c_str(), reply, nullptr, true);
+    // Quirk: made but not entered counts as entered, kept.
     return FTP_COMPLETE;
 }

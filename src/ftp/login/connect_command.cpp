@@ -16,6 +16,7 @@
 #include "ftp/worker/close_socket.h"
 #include "ftp/worker/session_state.h"
 #include "ftp/worker/session_view.h"
+#include "ftp/worker/site_status.h"
 
 namespace {
 
@@ -41,7 +42,7 @@ void ReportUnknownDirectory(Site* site) {
     if (gSession.aborting || gSession.exiting) return;
     if (StopRequested()) {
         AbandonStoredSocket(site->pSock->ctrl_skt);
-        site->bConnected = 0;
+        SetConnected(*site, false);
     }
     const std::string text = CatalogueText(MSG_GET_REMOTE_DIRECTORY_FAILED);
     ShowMessageBox(text.c_str(), nullptr, BoxButtons::Ok, BoxIcon::Exclamation);
@@ -94,7 +95,7 @@ bool Zarn_HandleConnect(Site* site) {
         return false;
     }
     site->chSeparator = static_cast<unsigned char>(RemoteSeparator(directory.get()));
-    site->pszCurrentDir = std::move(directory);
+    SetSessionDirectory(*site, directory.view());
     return true;
 }
 

@@ -12,6 +12,7 @@
 #include "ftp/worker/blocking_call.h"
 #include "ftp/worker/close_socket.h"
 #include "ftp/worker/session_state.h"
+#include "ftp/worker/site_status.h"
 
 namespace {
 
@@ -69,11 +70,6 @@ bool KnownProtocol(const char* protocol) {
     return false;
 }
 
-void CopyField(char (&field)[65], const std::string& text) {
-    const std::size_t length = text.copy(field, sizeof field - 1);
-    field[length] = '\0';
-}
-
 // The address that PORT announces: this connection's own end, because servers refuse another one.
 void NoteLocalEnd(SocketRecord& record) {
     platform::Endpoint local;
@@ -82,7 +78,7 @@ void NoteLocalEnd(SocketRecord& record) {
         return;
     }
     const std::string text = platform::AddressText(local.address);
-    CopyField(record.LocalName, text);
+    record.LocalName[text.copy(record.LocalName, sizeof record.LocalName - 1)] = '\0';
     record.localPort = local.port;
     if (gSession.localAddress.exchange(local.address) != local.address)
         DoPrintIdArgs(MSG_LOCAL_ADDRESS_OF_CONNECTION, text);
@@ -126,7 +122,7 @@ bool Zarn_ConnectSite(Site* site, const char* service, const char* protocol) {
     }
     if (record.PeerName[0] == '\0') {
         record.peerAddress = peer;
-        CopyField(record.PeerName, platform::AddressText(address));
+        SetPeerName(*site, platform::AddressText(address));
     }
     record.peerPort = port;
     NoteLocalEnd(record);

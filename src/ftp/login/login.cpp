@@ -18,6 +18,7 @@
 #include "ftp/worker/close_socket.h"
 #include "ftp/worker/session_state.h"
 #include "ftp/worker/session_view.h"
+#include "ftp/worker/site_status.h"
 #include "platform/system.h"
 
 namespace {
@@ -153,7 +154,7 @@ Attempt TryConnect(Site* site) {
         return Attempt::GivenUp;
     }
     const Attempt attempt = LogIn(site);
-    site->bConnected = attempt == Attempt::Connected ? 1 : 0;
+    SetConnected(*site, attempt == Attempt::Connected);
     // An abort says good-bye to the server itself before it closes the connection.
     if (attempt != Attempt::Connected && !gSession.aborting) CloseFailedAttempt(site);
     return attempt;
@@ -189,7 +190,7 @@ bool Zarn_ReConnect(Site* site) {
     if (site == nullptr || site->pSock == nullptr) return false;
     SetConnecting(true);
     CloseStoredSocket(site->pSock->ctrl_skt, CloseHow::Send);
-    site->bConnected = 0;
+    SetConnected(*site, false);
     const bool connected = DoConnect(site);
     SetConnecting(false);
     return connected;

@@ -11,6 +11,7 @@
 #include "ftp/worker/close_socket.h"
 #include "ftp/worker/session_state.h"
 #include "ftp/worker/session_view.h"
+#include "ftp/worker/site_status.h"
 #include "ftp/worker/worker.h"
 
 namespace {
@@ -29,7 +30,7 @@ bool EndWorker(Site* site) {
     CloseStoredSocket(site->pSock->data_skt, CloseHow::Receive);
     CloseStoredSocket(site->pSock->listen_skt, CloseHow::None);
     CloseStoredSocket(site->pSock->ctrl_skt, CloseHow::Send);
-    site->bConnected = 0;
+    SetConnected(*site, false);
     StopWorker(kForcedStopMilliseconds);
     return true;
 }
@@ -48,7 +49,7 @@ void SayGoodbye(Site* site) {
     char errorText[kReplySize] = {};
     SendPacket(site, "QUIT", errorText);
     CloseStoredSocket(site->pSock->ctrl_skt, CloseHow::Send);
-    site->bConnected = 0;
+    SetConnected(*site, false);
 }
 
 }  // namespace
@@ -73,7 +74,7 @@ void Zarn_Abort() {
     if (wasConnecting) {
         if (hasRecord) {
             SayGoodbye(site);
-            site->bConnected = 0;
+            SetConnected(*site, false);
         }
         DoPrintIdArgs(MSG_REMOTE_CONNECT_ABORTED);
         SetConnecting(false);
@@ -91,16 +92,16 @@ void Zarn_IdmDisconnect(Site* site) {
     gSessionView.setStatusText(Zarn_ResVsprintf(MSG_DISCONNECTING_FROM, site->pszSessionName.c_str()).c_str());
     const bool running = WorkerRunning();
     AnnounceStop();
-    site->bConnected = 0;
+    SetConnected(*site, false);
     EndWorker(site);
-    site->bConnected = 0;  // a log-in may have ended well just before it was stopped
+    SetConnected(*site, false);  // a log-in may have ended well just before it was stopped
     SetConnecting(true);
     // What was stopped may have left bytes on their way that the server never takes.
     if (running) SetAborting(true);
     CloseStoredSocket(site->pSock->ctrl_skt, CloseHow::Send);
     if (running) SetAborting(false);
     SetBusy(true);
-    site->pszCurrentDir.reset();
+    ForgetSessionDirectory(*site);
     site->lastCommandTicks = 0;
     gSessionView.showDisconnected(site);
     SetBusy(false);
@@ -120,7 +121,7 @@ void Zarn_IdmExit(Site* site, unsigned commandId) {
     if (running) {
         // Before the disconnect, which would stop it without a word.
         DoPrintIdArgs(MSG_ABORTING_BEFORE_EXIT);
-        if (hasRecord) site->bConnected = 0;
+        if (hasRecord) SetConnected(*site, false);
         EndWorker(site);
         SetConnecting(false);
     }

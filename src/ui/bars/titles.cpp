@@ -2,6 +2,7 @@
 
 #include "foundation/trace.h"
 #include "ftp/login/local_host.h"
+#include "ftp/worker/site_status.h"
 #include "ui/panes/tree_pane.h"
 #include "ui/screen/app.h"
 #include "ui/screen/wide_text.h"
@@ -10,10 +11,8 @@ namespace {
 
 constexpr char kFunction[] = "Zarn_SetMainWindowText";
 
-std::string SiteTitle(const Site& site, const std::string& shortName, bool withDirectory) {
-    std::string title = shortName + " " + site.pszSessionName.c_str();
-    if (withDirectory) title += std::string("::") + site.pszCurrentDir.c_str();
-    return title;
+std::string SiteTitle(const Site& site, const std::string& shortName) {
+    return shortName + " " + site.pszSessionName.c_str();
 }
 
 }  // namespace
@@ -27,13 +26,16 @@ std::string MainWindowTitle(const TVobject* node, const std::string& shortName, 
         case kKindLocalRoot:
         case kKindLocalFolder:
             return longName;
-        case kKindSite:
+        case kKindSite: {
             if (node->pSite == nullptr) return longName;
-            return SiteTitle(*node->pSite, shortName,
-                             node->pSite->bConnected != 0 && !node->pSite->pszCurrentDir.empty());
+            const SiteStatus status = StatusOf(*node->pSite);
+            const std::string title = SiteTitle(*node->pSite, shortName);
+            return status.connected && !status.currentDirectory.empty() ? title + "::" + status.currentDirectory
+                                                                        : title;
+        }
         case kKindSiteRoot:
         case kKindFolder:
-            return site == nullptr ? longName : SiteTitle(*site, shortName, true);
+            return site == nullptr ? longName : SiteTitle(*site, shortName) + "::" + StatusOf(*site).currentDirectory;
         case kKindLocalComputer:
             return shortName + " : " + computer;
         default:

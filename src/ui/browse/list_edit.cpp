@@ -19,6 +19,7 @@
 #include "ftp/errors/server_error.h"
 #include "ftp/worker/session_state.h"
 #include "ftp/worker/session_view.h"
+#include "ftp/worker/site_status.h"
 #include "ftp/worker/worker.h"
 #include "platform/files.h"
 #include "platform/system.h"
@@ -46,7 +47,7 @@ bool CanBeRenamed(const LVobject& entry) {
 
 // How to name an item to the server: by its name alone in the session's current directory, else by its path.
 std::string RemoteName(const TVobject* folder, const Site* site, std::string_view name) {
-    if (TV_GetPath(folder).view() == site->pszCurrentDir.view()) return std::string(name);
+    if (TV_GetPath(folder).view() == StatusOf(*site).currentDirectory) return std::string(name);
     return ItemPath(folder, name);
 }
 

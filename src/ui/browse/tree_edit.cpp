@@ -14,6 +14,7 @@
 #include "ftp/control/keep_alive.h"
 #include "ftp/control/remote_commands.h"
 #include "ftp/worker/session_state.h"
+#include "ftp/worker/site_status.h"
 #include "ftp/worker/worker.h"
 #include "platform/files.h"
 #include "platform/system.h"
@@ -61,9 +62,9 @@ void RenameRemoteFolder(TVobject* node, const std::string& newName) {
     StartWorker(kFuncName, [=] {
         if (!ServerReadyForCmd(site, true) || !RenameRemoteItem(site, oldPath.c_str(), newPath.c_str())) return;
         // The session's current directory may be the renamed folder or one below it.
-        const std::string current = site->pszCurrentDir.c_str();
+        const std::string current = StatusOf(*site).currentDirectory;
         if (current == oldPath || current.rfind(oldPath + NodeSeparator(node), 0) == 0) {
-            site->pszCurrentDir = OwnedText::Copy(newPath + current.substr(oldPath.size()));
+            SetSessionDirectory(*site, newPath + current.substr(oldPath.size()));
         }
         RunOnUi([&] { TakeNewName(node, newName); });
     });

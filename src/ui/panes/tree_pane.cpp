@@ -17,6 +17,7 @@
 #include "foundation/text_helpers.h"
 #include "foundation/trace.h"
 #include "ftp/login/stop.h"
+#include "ftp/worker/site_status.h"
 #include "platform/registry.h"
 #include "platform/system.h"
 #include "resources/resource.h"
@@ -419,10 +420,10 @@ void RefreshNode(TVobject* node) {
 void SetTvTitleText(const Site* site) {
     if (gApp.treeTitle == nullptr) return;
     std::string title;
-    if (site != nullptr && site->bConnected != 0 && site->pSock != nullptr) {
-        title = std::string(site->pszSessionName.c_str()) + " :: " + site->pSock->PeerName;
-    } else if (site != nullptr) {
+    if (site != nullptr) {
         title = site->pszSessionName.c_str();
+        const SiteStatus status = StatusOf(*site);
+        if (status.connected && site->pSock != nullptr) title += " :: " + status.peer;
     }
     if (GetText(gApp.treeTitle) != title) SetText(gApp.treeTitle, title);
 }
