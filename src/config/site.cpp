@@ -77,7 +77,7 @@ void CopyScalars(const Site& from, Site& to) {
     to.bConnected = from.bConnected.load();
     to.dwType = from.dwType;
     to.dwCurType = from.dwCurType;
-    to.bUseGateway = from.bUseGateway;
+    to.bUseGateway = from.bUseGateway.load();
     to.bAnonymous = from.bAnonymous;
     to.flagsAfterAnonymous = from.flagsAfterAnonymous;
     to.bSavePwd = from.bSavePwd;

@@ -38,6 +38,8 @@ struct SocketRecord {
     char LocalName[65] = {};
     std::uint16_t peerPort = 0;
     std::uint16_t localPort = 0;
+    // The last line came without its line feed: its rest may still be on its way.
+    std::atomic<bool> lineUnfinished{false};
     char serverType = 'A';           // representation type in force on this connection (RFC 959, section 3.1.1)
     std::uint16_t detectedPort = 0;  // `localPort` of the connection on which host detection ran; once for each
     platform::Endpoint peerAddress;  // of the first connection
@@ -62,7 +64,7 @@ struct Site {
     std::uint32_t flagsBeforeSavePwd = 0;
     std::int32_t bSavePwd = 0;
     std::atomic<std::int32_t> bConnected{0};
-    std::int32_t bUseGateway = 0;
+    std::atomic<std::int32_t> bUseGateway{0};
     std::int32_t bAnonymous = 0;
     std::uint32_t flagsAfterAnonymous = 1;
     OwnedText pszGateHost;

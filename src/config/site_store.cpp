@@ -4,6 +4,7 @@
 
 #include "config/defaults_store.h"
 #include "config/password_form.h"
+#include "config/site_login.h"
 #include "foundation/catalogue.h"
 #include "foundation/error_report.h"
 #include "foundation/foundation_view.h"
@@ -77,29 +78,34 @@ void WriteNumberField(RegistryKey& key, const char* name, std::uint32_t value) {
 }
 
 void WriteUserAndPassword(RegistryKey& key, Site& site) {
-    if (!site.pszUID) site.pszUID = LoggedOnUser("SaveSiteInfo");
-    WriteField(key, "UID", site.pszUID);
+    SiteLogin login = LoginOf(site);
+    if (!login.user) {
+        SetUser(site, LoggedOnUser("SaveSiteInfo"));
+        login = LoginOf(site);
+    }
+    WriteField(key, "UID", login.user);
     WriteNumberField(key, "SAVEPWD", static_cast<std::uint32_t>(site.bSavePwd));
-    if (!site.pszUID || !site.pszPWD) {
+    if (!login.user || !login.password) {
         key.DeleteValue("PWD");
         return;
     }
     // Without the switch or the password, what was stored before stays, as wanted.
-    if (site.bSavePwd == 0 || site.pszPWD.empty()) return;
+    if (site.bSavePwd == 0 || login.password.empty()) return;
     ReportFailedWrite("SaveSiteInfo", "PWD",
-                      key.WriteText("PWD", EncodePassword(site.pszPWD.view(), site.pszUID.view())));
+                      key.WriteText("PWD", EncodePassword(login.password.view(), login.user.view())));
 }
 
 void WriteGateway(RegistryKey& key, const Site& site) {
     WriteField(key, "GATEHOST", site.pszGateHost);
     WriteField(key, "GATEUID", site.pszGateUID);
-    if (!site.pszGateUID || !site.pszGatePWD) {
+    const OwnedText password = LoginOf(site).gatewayPassword;
+    if (!site.pszGateUID || !password) {
         key.DeleteValue("GATEPWD");
         return;
     }
-    if (site.pszGatePWD.empty()) return;
+    if (password.empty()) return;
     // A data length of one byte: only the first character of the stored form is kept, as wanted.
-    const std::string stored = EncodePassword(site.pszGatePWD.view(), site.pszGateUID.view());
+    const std::string stored = EncodePassword(password.view(), site.pszGateUID.view());
     ReportFailedWrite("SaveSiteInfo", "GATEPWD", key.WriteText("GATEPWD", stored, 1));
 }
 
@@ -165,7 +171,7 @@ void SaveSiteInfo(Site* site) {
     WriteNumberField(key, "TYPE", site->dwType);
     WriteUserAndPassword(key, *site);
     WriteField(key, "DIR", site->pszDir);
-    WriteNumberField(key, "USEGATEWAY", static_cast<std::uint32_t>(site->bUseGateway));
+    WriteNumberField(key, "USEGATEWAY", static_cast<std::uint32_t>(site->bUseGateway.load()));
     WriteNumberField(key, "ANONYMOUS", static_cast<std::uint32_t>(site->bAnonymous));
     WriteGateway(key, *site);
 }

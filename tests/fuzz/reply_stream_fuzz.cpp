@@ -52,7 +52,7 @@ void FuzzReplyStream(std::string_view input) {
     const std::size_t size = kReplySize + std::size_t{from.Byte()};
     static const SitePtr site(Zarn_CreateDefaultSite("fuzz"));
     site->pSock->ctrl_skt = ServedSocket(from.Rest());
-    DropRestOfLine(site->pSock->ctrl_skt);
+    DropRestOfLine(site.get());
     // Exactly as long as it says, so that one byte too many is seen.
     const std::string before(size, '~');
     const std::unique_ptr<char[]> buffer(new char[size]);

@@ -84,7 +84,7 @@ int SendPacket(Site* site, const char* commandLine, ReplyBuffer errorText) {
         ShowNoMemoryError();
         return FTP_ERROR;
     }
-    DropRestOfLine(site->pSock->ctrl_skt);
+    DropRestOfLine(site);
     packet.data()[length] = '\r';
     packet.data()[length + 1] = '\n';
     return sendstr(site, {packet.get(), length + 2}, errorText);

@@ -18,7 +18,7 @@ void SettleCancelledTransfer(const char* callerName, Site* site, ReplyBuffer rep
         bool unfinished = false;
         int result = 0;
         do {
-            unfinished = LineIsUnfinished(site->pSock->ctrl_skt);
+            unfinished = LineIsUnfinished(site);
             result = ReadReplyWithin(site, reply, kLateReplyMilliseconds);
         } while (IsRestOfLine(unfinished, result, reply.data()));
         DbgVsprintf(callerName, "The late reply is %d", result);

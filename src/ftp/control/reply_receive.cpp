@@ -24,26 +24,24 @@ namespace {
 
 std::atomic<bool> gInnerLinesSuppressed{false};
 
-// Connection whose last line came without its line feed: the rest may still be on its way.
-std::atomic<platform::Socket> gUnfinishedLine{platform::kNoSocket};
 // The wait ends with the line; only a server that never ends it is waited for in full.
 constexpr std::uint32_t kRestOfLineMilliseconds = 300;
 
-// Whether a wait for bytes may be cancelled by the time-out or an abort.
-enum class Waiting { Cancellable, Undisturbed };
+// No limit: the wait can be cancelled by the time-out or an abort. A limit in milliseconds: nothing cuts it short.
+using WaitLimit = std::optional<std::uint32_t>;
 
-enum class Taking { Peek, Receive };
+enum class ReadHow { Peek, Receive };
 
-int TakeBytes(platform::Socket socket, std::span<char> buffer, Taking how, Waiting waiting) {
+int ReadBytes(platform::Socket socket, std::span<char> buffer, ReadHow how, WaitLimit limit) {
     std::optional<BlockingCall> call;
-    if (waiting == Waiting::Cancellable) call.emplace(socket);
-    return how == Taking::Peek ? platform::Peek(socket, buffer) : platform::Receive(socket, buffer);
+    if (!limit) call.emplace(socket);
+    return how == ReadHow::Peek ? platform::Peek(socket, buffer) : platform::Receive(socket, buffer);
 }
 
 // Receives exactly what was peeked before.
-bool TakeExactly(platform::Socket socket, std::span<char> buffer, Waiting waiting) {
+bool ReceiveExactly(platform::Socket socket, std::span<char> buffer, WaitLimit limit) {
     while (!buffer.empty()) {
-        const int count = TakeBytes(socket, buffer, Taking::Receive, waiting);
+        const int count = ReadBytes(socket, buffer, ReadHow::Receive, limit);
         if (count <= 0) return false;
         buffer = buffer.subspan(static_cast<std::size_t>(count));
     }
@@ -51,15 +49,15 @@ bool TakeExactly(platform::Socket socket, std::span<char> buffer, Waiting waitin
 }
 
 // Throws away the rest of a line that is too long to keep, up to its line feed.
-bool SkipToLineFeed(platform::Socket socket, Waiting waiting) {
+bool SkipToLineFeed(platform::Socket socket, WaitLimit limit) {
     std::array<char, 4096> piece;
     for (std::size_t skipped = 0; skipped < kMostReplyBytes;) {
-        const int peeked = TakeBytes(socket, piece, Taking::Peek, waiting);
+        const int peeked = ReadBytes(socket, piece, ReadHow::Peek, limit);
         if (peeked <= 0) return false;
         const std::string_view bytes(piece.data(), static_cast<std::size_t>(peeked));
         const std::size_t lineFeed = bytes.find('\n');
         const std::size_t taken = lineFeed == std::string_view::npos ? bytes.size() : lineFeed + 1;
-        if (!TakeExactly(socket, std::span(piece).first(taken), waiting)) return false;
+        if (!ReceiveExactly(socket, std::span(piece).first(taken), limit)) return false;
         if (lineFeed != std::string_view::npos) return true;
         skipped += taken;
     }
@@ -67,8 +65,9 @@ bool SkipToLineFeed(platform::Socket socket, Waiting waiting) {
 }
 
 // Status of ReadOneLine: 1, 0 without memory, SOCKET_ERROR. `line` receives the line with its line end.
-int TakeLine(platform::Socket socket, std::string& line, Waiting waiting) {
+int ReceiveLine(SocketRecord& record, std::string& line, WaitLimit wait) {
     constexpr char kFuncName[] = "ReadOneLine";
+    const platform::Socket socket = record.ctrl_skt;
     std::size_t limit = kFirstPeek;
     std::unique_ptr<char[]> buffer;
     std::size_t length = 0;
@@ -76,7 +75,7 @@ int TakeLine(platform::Socket socket, std::string& line, Waiting waiting) {
     while (length == 0) {
         buffer.reset(new (std::nothrow) char[limit + 1]());
         if (buffer == nullptr) return 0;
-        peeked = TakeBytes(socket, {buffer.get(), limit}, Taking::Peek, waiting);
+        peeked = ReadBytes(socket, {buffer.get(), limit}, ReadHow::Peek, wait);
         if (peeked < 0) {
             DbgPrintSocketError(kFuncName, "recv", socket, platform::LastSocketError());
             return SOCKET_ERROR;
@@ -94,17 +93,17 @@ int TakeLine(platform::Socket socket, std::string& line, Waiting waiting) {
     if (!tooLong && buffer[length - 1] != '\n')
         DbgVsprintf(kFuncName, "WARNING: Line does not end in LineFeed! (read %d of %d max)", peeked,
                     static_cast<int>(limit));
-    if (!TakeExactly(socket, {buffer.get(), length}, waiting)) {
+    if (!ReceiveExactly(socket, {buffer.get(), length}, wait)) {
         const int error = platform::LastSocketError();
         DbgVsprintf(kFuncName, "ERROR. After PEEK, call to recv(%x) Failed . %d:%s", static_cast<unsigned>(socket),
                     error, GetWsaErrorText(error).c_str());
         return SOCKET_ERROR;
     }
     line.assign(buffer.get(), length);
-    gUnfinishedLine = !tooLong && line.back() != '\n' ? socket : platform::kNoSocket;
+    record.lineUnfinished = !tooLong && line.back() != '\n';
     if (!tooLong) return 1;
     DoPrintIdArgs(MSG_REPLY_TOO_LONG, static_cast<unsigned>(kLongestReplyLine));
-    return SkipToLineFeed(socket, waiting) ? 1 : SOCKET_ERROR;
+    return SkipToLineFeed(socket, wait) ? 1 : SOCKET_ERROR;
 }
 
 void TraceLineCode(const std::string& line, bool before, bool after) {
@@ -122,7 +121,7 @@ void TraceLineCode(const std::string& line, bool before, bool after) {
         DbgVsprintf(kFuncName, "%s", before ? "End CONTINUE Line." : "Single Line.");
 }
 
-int ReadLine(Site* site, std::span<char> buffer, int& maximumBytes, int& lineCode, bool& continuing, Waiting waiting) {
+int ReadLine(Site* site, std::span<char> buffer, int& maximumBytes, int& lineCode, bool& continuing, WaitLimit limit) {
     constexpr char kFuncName[] = "ReadOneLine";
     lineCode = 0;
     if (!HasControlSocket(site)) {
@@ -130,7 +129,7 @@ int ReadLine(Site* site, std::span<char> buffer, int& maximumBytes, int& lineCod
         return SOCKET_ERROR;
     }
     std::string line;
-    const int status = TakeLine(site->pSock->ctrl_skt, line, waiting);
+    const int status = ReceiveLine(*site->pSock, line, limit);
     if (status != 1) return status;
     const auto received = static_cast<int>(line.size());
     const bool before = continuing;
@@ -170,8 +169,10 @@ void DropBrokenServer(Site* site) {
     if (!gSession.connecting) LoseControlConnection("ReadDisplayLine", site);
 }
 
-// Reads a whole reply; an undisturbed one within `milliseconds`.
-int ReadReply(Site* site, ReplyBuffer reply, Waiting waiting, std::uint32_t milliseconds, bool continuing = false) {
+enum class FirstLine { StillToRead, ReadBefore };
+
+// Reads a whole reply, or what is left of it after its first line.
+int ReadReply(Site* site, ReplyBuffer reply, WaitLimit limit, FirstLine first) {
     constexpr char kFuncName[] = "ReadDisplayLine";
     if (!HasControlSocket(site) || reply.empty()) return 0;
     const std::size_t size = reply.size();
@@ -181,15 +182,16 @@ int ReadReply(Site* site, ReplyBuffer reply, Waiting waiting, std::uint32_t mill
     std::string joined;
     int replyCode = 0;
     std::size_t bytes = 0;
+    bool continuing = first == FirstLine::ReadBefore;
     for (int number = 1;; ++number) {
-        if (waiting == Waiting::Undisturbed) {
+        if (limit) {
             const std::uint32_t elapsed = platform::TickCount() - startedAt;
-            if (elapsed >= milliseconds || platform::WaitReadable(site->pSock->ctrl_skt, milliseconds - elapsed) <= 0)
+            if (elapsed >= *limit || platform::WaitReadable(site->pSock->ctrl_skt, *limit - elapsed) <= 0)
                 return SOCKET_ERROR;
         }
         int lineCode = 0;
         auto taken = static_cast<int>(size);
-        const int status = ReadLine(site, {work.get(), size + 1}, taken, lineCode, continuing, waiting);
+        const int status = ReadLine(site, {work.get(), size + 1}, taken, lineCode, continuing, limit);
         if (status != 1) return status;
         const std::string_view line = work.get();
         bytes += line.size();
@@ -214,13 +216,14 @@ int ReadReply(Site* site, ReplyBuffer reply, Waiting waiting, std::uint32_t mill
 
 }  // namespace
 
-bool LineIsUnfinished(platform::Socket socket) {
-    return gUnfinishedLine == socket;
+bool LineIsUnfinished(const Site* site) {
+    return HasControlSocket(site) && site->pSock->lineUnfinished;
 }
 
-void DropRestOfLine(platform::Socket socket) {
-    if (gUnfinishedLine != socket) return;
-    gUnfinishedLine = platform::kNoSocket;
+void DropRestOfLine(Site* site) {
+    if (!LineIsUnfinished(site)) return;
+    site->pSock->lineUnfinished = false;
+    const platform::Socket socket = site->pSock->ctrl_skt;
     std::array<char, 4096> piece;
     for (std::size_t dropped = 0; dropped < kMostReplyBytes;) {
         if (platform::WaitReadable(socket, kRestOfLineMilliseconds) != 1) return;
@@ -229,7 +232,7 @@ void DropRestOfLine(platform::Socket socket) {
         const std::string_view bytes(piece.data(), static_cast<std::size_t>(peeked));
         const std::size_t lineFeed = bytes.find('\n');
         const std::size_t taken = lineFeed == std::string_view::npos ? bytes.size() : lineFeed + 1;
-        if (!TakeExactly(socket, std::span(piece).first(taken), Waiting::Undisturbed)) return;
+        if (!ReceiveExactly(socket, std::span(piece).first(taken), kRestOfLineMilliseconds)) return;
         DbgVsprintf("DropRestOfLine", "WARNING. %d bytes came after their line was read", static_cast<int>(taken));
         if (lineFeed != std::string_view::npos) return;
         dropped += taken;
@@ -241,19 +244,19 @@ void SuppressInnerReplyLines(bool suppress) {
 }
 
 int ReadOneLine(Site* site, std::span<char> buffer, int& maximumBytes, int& lineCode, bool& continuing) {
-    return ReadLine(site, buffer, maximumBytes, lineCode, continuing, Waiting::Cancellable);
+    return ReadLine(site, buffer, maximumBytes, lineCode, continuing, std::nullopt);
 }
 
 int ReadDisplayLine(Site* site, ReplyBuffer line) {
-    return ReadReply(site, line, Waiting::Cancellable, 0);
+    return ReadReply(site, line, std::nullopt, FirstLine::StillToRead);
 }
 
 int ReadReplyWithin(Site* site, ReplyBuffer reply, std::uint32_t milliseconds) {
-    return ReadReply(site, reply, Waiting::Undisturbed, milliseconds);
+    return ReadReply(site, reply, milliseconds, FirstLine::StillToRead);
 }
 
 int ReadReplyEnd(Site* site, ReplyBuffer reply) {
-    return ReadReply(site, reply, Waiting::Cancellable, 0, true);
+    return ReadReply(site, reply, std::nullopt, FirstLine::ReadBefore);
 }
 
 int ReadDisplayServerStat(Site* site, void (*addLine)(void* context, const char* line), void* context) {

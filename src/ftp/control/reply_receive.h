@@ -22,8 +22,8 @@ int ReadDisplayServerStat(Site* site, void (*addLine)(void* context, const char*
 
 // Before a command is sent: throws away the rest of a line that was read before its line feed came, so that it is not
 // mistaken for the reply to this command.
-void DropRestOfLine(platform::Socket socket);
+void DropRestOfLine(Site* site);
 // The last line came without its line feed: its rest may still be on its way.
-bool LineIsUnfinished(platform::Socket socket);
+bool LineIsUnfinished(const Site* site);
 // While set, inner lines of multi-line replies are not forced onto the console.
 void SuppressInnerReplyLines(bool suppress);

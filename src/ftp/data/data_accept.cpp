@@ -112,7 +112,7 @@ int ReadFinalReply(const char* callerName, Site* site, ReplyBuffer reply) {
     bool unfinished = false;
     int result = 0;
     do {
-        unfinished = LineIsUnfinished(site->pSock->ctrl_skt);
+        unfinished = LineIsUnfinished(site);
         result = ReadDisplayLine(site, cut);
     } while (IsRestOfLine(unfinished, result, reply.data()));
     if (result == SOCKET_ERROR) DropUnansweredConnection(callerName, site);
@@ -126,7 +126,7 @@ int OpenDataConnection(const char* callerName, Site* site, ReplyBuffer reply, co
     if (ClassOfCutReply(sent, reply.data()) != kReplyPreliminary) {
         CloseStoredSocket(record.listen_skt, CloseHow::None);
         // A code that came in pieces: the server may have begun a transfer whose last word would be the next answer.
-        if (sent == kNoUsableReply && LineIsUnfinished(record.ctrl_skt)) LoseControlConnection(callerName, site);
+        if (sent == kNoUsableReply && LineIsUnfinished(site)) LoseControlConnection(callerName, site);
         return StopRequested() ? FTP_ERROR : 0;
     }
     Wait wait = Wait::Stopped;

@@ -107,6 +107,7 @@ bool Zarn_ConnectSite(Site* site, const char* service, const char* protocol) {
     }
     record.ctrl_skt = socket;
     record.serverType = 'A';
+    record.lineUnfinished = false;
     const char* host = site->pszHost.c_str();
     DoPrintIdArgs(MSG_CONNECTING_TO, host);
     const platform::Endpoint peer{address, port};

@@ -5,6 +5,7 @@
 
 #include "config/host_types.h"
 #include "config/settings.h"
+#include "config/site_login.h"
 #include "foundation/catalogue.h"
 #include "foundation/message_ids.h"
 #include "foundation/trace.h"
@@ -51,8 +52,9 @@ Credentials ChooseCredentials(Site* site) {
         login.password = gZarn.MAILADDR;
         return login;
     }
-    login.user = NonEmpty(site->pszUID) ? site->pszUID.get() : platform::UserName();
-    login.password = site->pszPWD.c_str();
+    const SiteLogin stored = LoginOf(*site);
+    login.user = NonEmpty(stored.user) ? stored.user.get() : platform::UserName();
+    login.password = stored.password.c_str();
     return login;
 }
 
@@ -87,8 +89,11 @@ bool PassGateway(Site* site, ReplyBuffer reply) {
 }
 
 void KeepPassword(Site* site, const Credentials& login) {
-    OwnedText& kept = login.useGateway ? site->pszGatePWD : site->pszPWD;
-    if (kept.empty()) kept = OwnedText::Copy(login.password);
+    if (login.useGateway) {
+        if (site->pszGatePWD.empty()) SetGatewayPassword(*site, login.password);
+    } else if (site->pszPWD.empty()) {
+        SetPassword(*site, login.password);
+    }
 }
 
 // From "USER" to the last reply; Failed leaves the reason in `reply`.
