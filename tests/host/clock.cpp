@@ -2,6 +2,8 @@
 
 #include <ctime>
 
+#include "recorded_calls.h"
+
 namespace platform {
 namespace {
 
@@ -38,6 +40,8 @@ CalendarTime UniversalTimeNow() {
 }
 
 std::uint32_t TickCount() {
+    std::uint32_t ticks = 0;
+    if (recorded_calls::ClockIsStopped(ticks)) return ticks;
     return static_cast<std::uint32_t>(Microseconds() / 1000);
 }
 

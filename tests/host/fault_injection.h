@@ -30,6 +30,7 @@ enum class Call {
     Receive,  // Receive, ReceiveInto and Peek
     Send,     // Send and SendFrom
     WaitReadable,
+    CloseSocket,
     RegistryWrite,
     StartThread,
     CreateEvent,

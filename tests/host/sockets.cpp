@@ -14,6 +14,7 @@
 
 #include "fault_injection.h"
 #include "host_errors.h"
+#include "recorded_calls.h"
 #include "socket_table.h"
 
 namespace platform {
@@ -22,6 +23,7 @@ namespace {
 using fault_injection::Call;
 using fault_injection::Strikes;
 using host::WaitResult;
+using recorded_calls::Recording;
 
 constexpr std::size_t kMostBuffers = 64;
 constexpr int kHostNotFound = 11001;
@@ -161,6 +163,7 @@ bool SetOutOfBandInline(Socket socket) {
 }
 
 bool SetLinger(Socket socket, int seconds) {
+    Recording::AddSocketCall(socket, "linger " + std::to_string(seconds));
     return SetOption(socket, SO_LINGER, linger{1, seconds});
 }
 
@@ -258,10 +261,13 @@ int WaitReadable(Socket socket, std::uint32_t milliseconds) {
 
 bool ShutdownSocket(Socket socket, ShutdownHow how) {
     static_assert(SHUT_RD == 0 && SHUT_WR == 1 && SHUT_RDWR == 2);
+    Recording::AddSocketCall(socket, "shutdown " + std::to_string(static_cast<int>(how)));
     return ::shutdown(AsDescriptor(socket), static_cast<int>(how)) == 0 || host::FailSocket();
 }
 
 bool CloseSocket(Socket socket) {
+    Recording::AddSocketCall(socket, "close");
+    if (Strikes(Call::CloseSocket)) return false;
     return host::RemoveSocket(AsDescriptor(socket));
 }
 

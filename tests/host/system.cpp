@@ -10,6 +10,7 @@
 #include <cstdio>
 
 #include "platform/utf8.h"
+#include "recorded_calls.h"
 
 namespace platform {
 namespace {
@@ -124,7 +125,9 @@ std::string ProgramPath() {
     return length <= 0 ? std::string() : std::string(path, static_cast<std::size_t>(length));
 }
 
-void PlayBeep(Beep) {}
+void PlayBeep(Beep beep) {
+    recorded_calls::Recording::AddBeep(beep);
+}
 
 std::string SystemPageToUtf8(std::string_view bytes) {
     std::string text;
