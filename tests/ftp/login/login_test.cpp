@@ -1,96 +1,20 @@
 #include "ftp/login/login.h"
-#include "ftp/control/reply_buffer.h"
-#include "ftp/login/connect_command.h"
-#include "ftp/login/connect_site.h"
-#include "ftp/login/local_host.h"
 
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <string>
+#include <vector>
+
 #include "config/host_types.h"
-#include "ftp/login/welcome.h"
-#include "ftp/worker/close_socket.h"
+#include "config/site_login.h"
+#include "ftp/control/reply_buffer.h"
 #include "ftp/worker/session_state.h"
 #include "support/session_harness.h"
 
 namespace {
 
 using Lines = std::vector<std::string>;
-
-TEST(Zarn_ConnectSite, ThePortSettingOverridesTheServiceWithAMessage) {
-    SessionHarness h;
-    Site* site = h.MakeSite();
-    EXPECT_TRUE(Zarn_ConnectSite(site, "ftp", "tcp"));
-    EXPECT_TRUE(h.console.HasLine("Overridding FTP port number with " + std::to_string(h.server.Port())));
-    EXPECT_EQ(site->pSock->peerPort, h.server.Port());
-}
-
-TEST(Zarn_ConnectSite, ANumericServiceNameIsThePort) {
-    SessionHarness h;
-    gZarn.port.ftpPort = 2100;
-    EXPECT_TRUE(Zarn_ConnectSite(h.MakeSite(), std::to_string(h.server.Port()).c_str(), "tcp"));
-    EXPECT_FALSE(h.console.HasLine("Overridding"));
-}
-
-TEST(Zarn_ConnectSite, AnUnknownServiceFails) {
-    SessionHarness h;
-    gZarn.port.ftpPort = 21;
-    EXPECT_FALSE(Zarn_ConnectSite(h.MakeSite(), "no-such-service", "tcp"));
-    EXPECT_TRUE(h.console.HasLine("cannot get \"no-such-service\" service entry"));
-}
-
-TEST(Zarn_ConnectSite, AnUnknownProtocolFails) {
-    SessionHarness h;
-    EXPECT_FALSE(Zarn_ConnectSite(h.MakeSite(), "ftp", "no-such-protocol"));
-    EXPECT_TRUE(h.console.HasLine("cannot get \"no-such-protocol\" protocol entry"));
-}
-
-TEST(Zarn_ConnectSite, AnUnknownHostFails) {
-    SessionHarness h;
-    EXPECT_FALSE(Zarn_ConnectSite(h.MakeSite("no-such-host.invalid"), "ftp", "tcp"));
-    EXPECT_TRUE(h.console.HasLine("cannot get \"no-such-host.invalid\" host entry"));
-}
-
-TEST(Zarn_ConnectSite, RemembersThePeerAndItsOwnEnd) {
-    SessionHarness h;
-    Site* site = h.MakeSite();
-    ASSERT_TRUE(Zarn_ConnectSite(site, "ftp", "tcp"));
-    EXPECT_STREQ(site->pSock->PeerName, "127.0.0.1");
-    EXPECT_EQ(gSession.localAddress, 0x7F000001u);
-    EXPECT_TRUE(h.console.HasLine("connecting to 127.0.0.1 ..."));
-    EXPECT_TRUE(h.console.HasLine("Connected to 127.0.0.1 port "));
-}
-
-TEST(Zarn_ConnectSite, ARememberedPeerIsUsedInsteadOfTheName) {
-    SessionHarness h;
-    Site* site = h.MakeSite("no-such-host.invalid");
-    std::snprintf(site->pSock->PeerName, sizeof site->pSock->PeerName, "127.0.0.1");
-    EXPECT_TRUE(Zarn_ConnectSite(site, "ftp", "tcp"));
-}
-
-TEST(Zarn_ConnectSite, ARememberedPeerThatIsNoAddressFails) {
-    SessionHarness h;
-    Site* site = h.MakeSite();
-    std::snprintf(site->pSock->PeerName, sizeof site->pSock->PeerName, "not an address");
-    EXPECT_FALSE(Zarn_ConnectSite(site, "ftp", "tcp"));
-    EXPECT_EQ(h.server.Connections(), 0);
-}
-
-TEST(DetectHostType, TheFirstSignInTheListWins) {
-    EXPECT_EQ(DetectHostType(7000, "220 unix box, Microsoft FTP Service"), 7002u);
-    EXPECT_EQ(DetectHostType(7000, "220 Microsoft FTP Service (EXOS)"), 7014u);
-    EXPECT_EQ(DetectHostType(7000, "220 Ambrel FTP server on UNIX"), 7004u);
-    EXPECT_EQ(DetectHostType(7000, "220 a unix box"), 7001u);
-    EXPECT_EQ(DetectHostType(7000, "220 a Unix box"), 7001u);
-    EXPECT_EQ(DetectHostType(7000, "220 a UNIX box"), 7001u);
-}
-
-TEST(DetectHostType, CaseMatters) {
-    EXPECT_EQ(DetectHostType(7000, "220 uNIX, microsoft ftp service, (exos"), 7000u);
-}
-
-TEST(DetectHostType, AConfiguredTypeStays) {
-    EXPECT_EQ(DetectHostType(7003, "220 Microsoft FTP Service"), 7003u);
-}
 
 TEST(DoConnect2, LogsInDirectly) {
     SessionHarness h;
@@ -146,6 +70,26 @@ TEST(DoConnect2, AnEmptyPasswordIsAskedForAndKept) {
     EXPECT_EQ(h.view.Questions()[0].longest, 80u);
     EXPECT_EQ(h.server.Commands().back(), "PASS typed");
     EXPECT_STREQ(site->pszPWD.c_str(), "typed");
+}
+
+// Two threads, as the worker and the window that saves the site.
+TEST(DoConnect2, KeepsThePasswordWhileTheSiteIsBeingCopied) {
+    SessionHarness h;
+    Site* site = h.MakeSite("127.0.0.1", "user", "");
+    h.view.AnswerNext("typed");
+    std::atomic<bool> ended{false};
+    OtherThread login([&] {
+        EXPECT_TRUE(DoConnect2(site));
+        ended = true;
+    });
+    bool onlyWhole = true;
+    do {
+        const SiteLogin copy = LoginOf(*site);
+        onlyWhole = onlyWhole && (copy.password.empty() || copy.password.view() == "typed");
+    } while (!ended);
+    login.Join();
+    EXPECT_TRUE(onlyWhole);
+    EXPECT_EQ(LoginOf(*site).password.view(), "typed");
 }
 
 TEST(DoConnect2, A332AsksForTheAccount) {
@@ -302,116 +246,6 @@ TEST(Zarn_ReConnect, ClosesAndConnectsAnew) {
     EXPECT_EQ(h.server.Connections(), 2);
     EXPECT_TRUE(h.server.WaitForConnections(1));
     EXPECT_FALSE(gSession.connecting);
-}
-
-TEST(Zarn_HandleConnect, RefusesTheLocalComputerAndSitesWithoutNode) {
-    SessionHarness h;
-    Site* site = h.MakeSite();
-    EXPECT_FALSE(Zarn_HandleConnect(nullptr));
-    site->dwCurType = HOST_TYPE_LOCAL;
-    EXPECT_FALSE(Zarn_HandleConnect(site));
-    site->dwCurType = HOST_TYPE_AUTO;
-    h.view.SetSiteHasNode(false);
-    EXPECT_FALSE(Zarn_HandleConnect(site));
-    EXPECT_EQ(h.server.Connections(), 0);
-}
-
-TEST(Zarn_HandleConnect, AsksTheServerForTheFirstDirectory) {
-    SessionHarness h;
-    h.server.SetHome("/home/u");
-    h.server.AddFolder("/home/u");
-    Site* site = h.MakeSite();
-    EXPECT_TRUE(Zarn_HandleConnect(site));
-    EXPECT_STREQ(site->pszCurrentDir.c_str(), "/home/u");
-    EXPECT_EQ(site->chSeparator, '/');
-    EXPECT_EQ(h.view.StatusTexts().front(), "Connecting to: Test site");
-}
-
-TEST(Zarn_HandleConnect, ChangesToTheSitesInitialDirectory) {
-    SessionHarness h;
-    h.server.AddFolder("/pub");
-    Site* site = h.MakeSite();
-    site->pszDir = OwnedText::Copy("/pub");
-    EXPECT_TRUE(Zarn_HandleConnect(site));
-    EXPECT_STREQ(site->pszCurrentDir.c_str(), "/pub");
-    EXPECT_EQ(h.server.CountCommands("PWD"), 0);
-}
-
-TEST(Zarn_HandleConnect, AnInitialDirectoryThatIsNotThereFallsBack) {
-    SessionHarness h;
-    Site* site = h.MakeSite();
-    site->pszDir = OwnedText::Copy("/gone");
-    EXPECT_TRUE(Zarn_HandleConnect(site));
-    EXPECT_STREQ(site->pszCurrentDir.c_str(), "/");
-    EXPECT_TRUE(h.view.ServerErrors().empty());
-}
-
-TEST(Zarn_HandleConnect, AFailedQueryFailsButLeavesTheConnection) {
-    SessionHarness h;
-    h.server.On("PWD", {Say("502 never heard of it\r\n")});
-    Site* site = h.MakeSite();
-    EXPECT_FALSE(Zarn_HandleConnect(site));
-    EXPECT_TRUE(HasControlSocket(site));
-    EXPECT_TRUE(h.console.HasBox("obtain the current remote directory"));
-}
-
-TEST(Zarn_HandleConnect, ASecondConnectionIsRefusedInABox) {
-    SessionHarness h;
-    Site* site = h.ConnectedSite();
-    EXPECT_FALSE(Zarn_HandleConnect(site));
-    EXPECT_TRUE(h.console.HasBox("Already connected!"));
-    EXPECT_EQ(h.view.StatusTexts().back(), "Already connected!");
-}
-
-TEST(Zarn_HandleConnect, AFailureIsShownWithItsReason) {
-    SessionHarness h;
-    h.server.SetPassword("another");
-    EXPECT_FALSE(Zarn_HandleConnect(h.MakeSite()));
-    EXPECT_EQ(h.view.StatusTexts().back(), "Connection failed");
-    EXPECT_TRUE(h.console.HasBox("Connection failed"));
-    EXPECT_TRUE(h.console.HasBox("530 Login incorrect."));
-}
-
-TEST(Zarn_IdmConnect, ShowsTheFirstDirectoryAndEndsConnecting) {
-    SessionHarness h;
-    Site* site = h.MakeSite();
-    Zarn_IdmConnect(site);
-    EXPECT_EQ(h.view.FirstDirectories(), (Lines{"/"}));
-    EXPECT_FALSE(gSession.connecting);
-    EXPECT_EQ(gSession.activeSite, site);
-    const Lines status = h.view.StatusTexts();
-    EXPECT_EQ(status, (Lines{"Connecting...", "Connecting to: Test site", "Determining Root directory...", ""}));
-}
-
-TEST(Zarn_IdmConnect, AFailureEndsConnectingToo) {
-    SessionHarness h;
-    h.server.On(kWelcome, {CloseControl()});
-    Zarn_IdmConnect(h.MakeSite());
-    EXPECT_TRUE(h.view.FirstDirectories().empty());
-    EXPECT_FALSE(gSession.connecting);
-}
-
-TEST(RemoteSeparator, IsABackslashOnlyWhenNothingElseIsUsed) {
-    EXPECT_EQ(RemoteSeparator("/home/u"), '/');
-    EXPECT_EQ(RemoteSeparator("C:\\inetpub\\ftproot"), '\\');
-    EXPECT_EQ(RemoteSeparator("/C:\\odd"), '/');
-    EXPECT_EQ(RemoteSeparator("SYS$DISK"), '/');
-    EXPECT_EQ(RemoteSeparator(nullptr), '/');
-}
-
-TEST(DoClose, AlwaysReturnsNoSocket) {
-    SessionHarness h;
-    EXPECT_EQ(DoClose(platform::kNoSocket, CloseHow::Both), platform::kNoSocket);
-    const platform::Socket socket = platform::CreateSocket(platform::SocketKind::Stream);
-    EXPECT_EQ(DoClose(socket, CloseHow::Send), platform::kNoSocket);
-}
-
-TEST(GetLocalInfo, NamesTheMachine) {
-    SessionHarness h;
-    GetLocalInfo("Some sockets");
-    EXPECT_TRUE(h.console.HasLine("Local Host name: "));
-    EXPECT_TRUE(h.console.HasLine("Windows Sockets: Some sockets"));
-    EXPECT_STRNE(LocalHostName(), "");
 }
 
 }  // namespace
