@@ -69,9 +69,7 @@ void OnCopy(HWND, UINT) {
     ShowMessageBox("Got a IDM_COPY Message", nullptr, BoxButtons::Ok, BoxIcon::None);
 }
 
-void OnDisconnect(HWND, UINT) {
-    Site* site = gSession.activeSite != nullptr ? gSession.activeSite.load() : SelectedSite();
-    if (site == nullptr) return;
+void Disconnect(Site* site) {
     // The worker that noticed a lost connection may still be running; it must end before its sockets are closed.
     if (WorkerRunning()) StopWorker(kWorkerEndMs);
     {
@@ -82,6 +80,11 @@ void OnDisconnect(HWND, UINT) {
     SetFocus(TreeWindow());
     ShowStatusText("");
     RefreshWindowState();
+}
+
+void OnDisconnect(HWND, UINT) {
+    Site* site = gSession.activeSite != nullptr ? gSession.activeSite.load() : SelectedSite();
+    if (site != nullptr) Disconnect(site);
 }
 
 void OnExit(HWND window, UINT) {
@@ -303,4 +306,9 @@ bool ProcessCommandsWndProc(HWND window, UINT id) {
     if (OperationRunning() && command->whileBusy == WhileBusy::Refused) return true;
     command->handler(window, id);
     return true;
+}
+
+void DisconnectSite(Site* site) {
+    DbgVsprintf(kFuncName, "(WM_COMMAND) IDM_DISCONNECT Received");
+    if (NodeOfSite(site) != nullptr) Disconnect(site);
 }

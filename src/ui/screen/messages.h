@@ -12,6 +12,8 @@ inline constexpr UINT kRefreshMessage = WM_APP + 2;
 inline constexpr UINT kBeginDragMessage = WM_APP + 3;
 // The user gave a column of the list its width; wParam: the column's position.
 inline constexpr UINT kColumnResizedMessage = WM_APP + 4;
+// Disconnects one site, as IDM_DISCONNECT does the active one; lParam: Site*, which may be gone on arrival.
+inline constexpr UINT kDisconnectMessage = WM_APP + 5;
 
 // Runs while an operation does; its interval is the time-out of the settings.
 inline constexpr UINT_PTR kTimeOutTimer = 10;

@@ -20,6 +20,7 @@
 #include "ui/panes/list_pane.h"
 #include "ui/panes/tree_pane.h"
 #include "ui/screen/app.h"
+#include "ui/screen/messages.h"
 #include "ui/screen/refresh.h"
 #include "ui/screen/ui_calls.h"
 #include "ui/screen/wide_text.h"
@@ -125,8 +126,7 @@ bool SiteHasNode(const Site* site) {
 
 // Posted, because the worker that noticed the lost connection must end before its site is disconnected.
 void PostDisconnect(Site* site) {
-    SetActiveSite(site);
-    PostMessageW(gApp.mainWindow, WM_COMMAND, IDM_DISCONNECT, 0);
+    PostMessageW(gApp.mainWindow, kDisconnectMessage, 0, reinterpret_cast<LPARAM>(site));
 }
 
 void CloseProgram() {

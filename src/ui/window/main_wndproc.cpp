@@ -66,6 +66,11 @@ Answer OnColumnResized(HWND, WPARAM wParam, LPARAM) {
     return kDone;
 }
 
+Answer OnDisconnectMessage(HWND, WPARAM, LPARAM lParam) {
+    DisconnectSite(reinterpret_cast<Site*>(lParam));
+    return kDone;
+}
+
 Answer OnCreate(HWND window, WPARAM, LPARAM) {
     return CreateAppWindows(window) ? 0 : -1;
 }
@@ -260,6 +265,7 @@ constexpr MessageHandler kHandlers[] = {
     {WM_DROPFILES, OnDropFiles},
     {kBeginDragMessage, OnBeginDrag},
     {kColumnResizedMessage, OnColumnResized},
+    {kDisconnectMessage, OnDisconnectMessage},
     {WM_CREATE, OnCreate},
     {WM_CLOSE, OnClose},
     {WM_DESTROY, OnDestroy},
