@@ -41,7 +41,7 @@ void LoseControlConnection(const char* callerName, Site* site) {
     AbandonStoredSocket(site->pSock->ctrl_skt);
     SetConnected(*site, false);
     if (StoppingWorker())
-        LeaveLossUntold();
+        DeferLossReport();
     else
         TellServerReset(callerName, site);
 }

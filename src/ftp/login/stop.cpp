@@ -67,7 +67,7 @@ void Zarn_Abort() {
     SetAborting(true);
     SetTransferAbort(true);
     const bool forced = EndWorker(site);
-    const bool lost = TakeUntoldLoss() || forced;
+    const bool lost = TakeDeferredLoss() || forced;
     // A connect that had only just begun leaves its half-made connection.
     wasConnecting = wasConnecting || (hasRecord && HasControlSocket(site) && site->bConnected == 0);
     if (hasRecord) CloseTransferSockets(*site->pSock, hadData);

@@ -16,7 +16,7 @@
 
 namespace {
 
-constexpr std::uint32_t kLastInstructionsMilliseconds = 5000;
+constexpr std::uint32_t kThreadExitGraceMs = 5000;
 constexpr std::uint32_t kSliceMilliseconds = 20;
 
 // The one slot. The handle is touched by the window's thread only; the job runs on the worker.
@@ -26,7 +26,7 @@ struct ActiveWorker {
     std::function<void()> job;
     std::atomic<bool> running{false};
     std::atomic<bool> stopping{false};
-    std::atomic<bool> untoldLoss{false};
+    std::atomic<bool> lossUnreported{false};
 };
 ActiveWorker gWorker;
 
@@ -57,7 +57,7 @@ bool StoppingWorker() {
 
 bool StartWorker(const char* name, std::function<void()> job) {
     constexpr char kFuncName[] = "StartWorker";
-    if (OperationRunning() || gWorker.running || !ReleaseSlot(kLastInstructionsMilliseconds)) {
+    if (OperationRunning() || gWorker.running || !ReleaseSlot(kThreadExitGraceMs)) {
         DoPrintIdArgs(MSG_BUSY_WITH_REMOTE_OPERATION);
         return false;
     }
@@ -65,7 +65,7 @@ bool StartWorker(const char* name, std::function<void()> job) {
     gWorker.name = name;
     gWorker.job = std::move(job);
     gWorker.running = true;
-    gWorker.untoldLoss = false;
+    gWorker.lossUnreported = false;
     SetTransferAbort(false);
     SetBusy(true);
     gWorker.thread = platform::StartThread(RunJob, nullptr);
@@ -80,11 +80,11 @@ bool StartWorker(const char* name, std::function<void()> job) {
 void AnnounceStop() {
     gWorker.stopping = true;
 }
-void LeaveLossUntold() {
-    gWorker.untoldLoss = true;
+void DeferLossReport() {
+    gWorker.lossUnreported = true;
 }
-bool TakeUntoldLoss() {
-    return gWorker.untoldLoss.exchange(false);
+bool TakeDeferredLoss() {
+    return gWorker.lossUnreported.exchange(false);
 }
 
 bool StopWorker(std::uint32_t milliseconds) {

@@ -14,11 +14,11 @@ bool StopWorker(std::uint32_t milliseconds);
 // The usual time that a worker gets.
 inline constexpr std::uint32_t kWorkerEndMs = 5000;
 
-// From here to the end of the next StopWorker: the worker leaves boxes and the connection's end to the thread that
-// stops it. Called before the first flag that makes the worker stop.
+// Until the next StopWorker ends, the worker shows no box and leaves a connection's end to the thread that stops it.
+// Called before the first flag that makes the worker stop.
 void AnnounceStop();
 bool StoppingWorker();
-// The worker closed a lost connection and left the telling to the thread that stops it.
-void LeaveLossUntold();
-// True when it did so since the last call.
-bool TakeUntoldLoss();
+// The worker closed a lost connection while it was being stopped; whoever stops it tells the user.
+void DeferLossReport();
+// True when the worker did so since the last call.
+bool TakeDeferredLoss();
