@@ -27,7 +27,7 @@ void TellServerReset(const char* callerName, Site* site) {
 void Zarn_HandleFtpReset(const char* callerName, Site* site) {
     if (site == nullptr) site = gSession.activeSite;
     if (site == nullptr) return;
-    // A lost connection is told once.
+    // A lost connection is reported once.
     if (!HasControlSocket(site) && site->bConnected == 0) {
         DbgVsprintf("Zarn_HandleFtpReset", "WARNING. %s is closed already. Returning", site->pszHost.c_str());
         return;
@@ -37,7 +37,7 @@ void Zarn_HandleFtpReset(const char* callerName, Site* site) {
 
 void LoseControlConnection(const char* callerName, Site* site) {
     DbgVsprintf(callerName, "ERROR. Closing Connection to %s", site->pszHost.c_str());
-    // A server that does not answer may not take what is still on its way either: nothing is waited for.
+    // A server that does not answer may not take the bytes that are still to be sent either, so the socket is reset.
     AbandonStoredSocket(site->pSock->ctrl_skt);
     SetConnected(*site, false);
     if (StoppingWorker())

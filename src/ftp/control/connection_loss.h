@@ -10,6 +10,6 @@ void Zarn_HandleFtpReset(const char* callerName, Site* site);
 void TellServerReset(const char* callerName, Site* site);
 // Closes the control connection and tells the user, unless whoever stops the worker does that.
 void LoseControlConnection(const char* callerName, Site* site);
-// A wait for a reply failed. When it was cancelled the reply is lost: closes the connection and tells the user (not
-// while connecting: the log-in has its own way).
+// After a failed wait for a reply: if it was cancelled, the reply is lost, so the connection is closed and the user is
+// told. Not while connecting: the log-in handles that itself.
 void DropUnansweredConnection(const char* callerName, Site* site);

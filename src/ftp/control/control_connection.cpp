@@ -22,7 +22,7 @@ constexpr std::size_t kLongestSend = 1024;
 constexpr std::size_t kCommandSize = 2048;  // terminator included
 constexpr std::size_t kCommandfSize = 512;  // terminator included
 
-// A line end inside an argument would be a second command, which nobody has asked for.
+// A line end inside an argument would start a second command.
 bool HoldsLineEnd(std::string_view text) {
     return text.find_first_of("\r\n") != std::string_view::npos;
 }
@@ -35,7 +35,7 @@ int SendCommandAndRead(Site* site, ReplyBuffer reply, const char* text) {
         return FTP_ERROR;
     }
     const int result = getreply(site, text, reply);
-    // The whole command, a password too, as wanted: this line reaches the debug trace only.
+    // Quirk: the debug trace shows the whole command, even a password, kept.
     DbgVsprintf(kFuncName, "CMD:%s, Returning %d", text, result);
     return result;
 }
@@ -97,14 +97,14 @@ int getreply(Site* site, const char* commandLine, ReplyBuffer reply) {
         return FTP_ERROR;
     }
     const auto socket = static_cast<unsigned>(site->pSock->ctrl_skt.load());
-    // Only the exact capitals hide a password here, as wanted.
+    // Quirk: only "PASS" in capitals hides the password here, kept.
     if (commandLine != nullptr && std::string_view(commandLine).starts_with("PASS "))
         DbgVsprintf(kFuncName, "(Sock:%x) Sending Password.", socket);
     else
         DbgVsprintf(kFuncName, "(Sock:%x) Sending: %s.", socket, commandLine != nullptr ? commandLine : "");
     const int sent = SendPacket(site, commandLine, reply);
     if (sent != 0) return sent;
-    // Without an answer nobody must take the one before for it.
+    // Without an answer, the previous reply must not be mistaken for one.
     SetReply(reply, "");
     const int result = ReadDisplayLine(site, reply.first(std::min<std::size_t>(reply.size(), kReplySize)));
     if (result == SOCKET_ERROR) DropUnansweredConnection(kFuncName, site);
@@ -137,6 +137,6 @@ int commandf(Site* site, ReplyBuffer reply, const char* format, ...) {
         SetReply(reply, CatalogueText(MSG_PATH_INVALID));
         return FTP_ERROR;
     }
-    // The text is used as a format once more, as wanted.
+    // Quirk: the formatted text is expanded a second time, kept.
     return SendCommandAndRead(site, reply, ExpandOnceMore(text).c_str());
 }

@@ -12,7 +12,7 @@ bool IsRestOfLine(bool unfinished, int result, const char* reply) {
 
 void SettleCancelledTransfer(const char* callerName, Site* site, ReplyBuffer reply) {
     if (!HasControlSocket(site)) return;
-    // A site that is being disconnected anyway needs no last word.
+    // A site that is being disconnected anyway needs no final reply.
     const bool worthWaiting = !gSession.exiting && site->bConnected != 0;
     if (worthWaiting) {
         bool unfinished = false;

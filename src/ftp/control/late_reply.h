@@ -10,7 +10,8 @@
 // How long a cancelled transfer waits for the server's last word.
 inline constexpr std::uint32_t kLateReplyMilliseconds = 2000;
 
-// A transfer was cancelled whose final reply is outstanding: reads it, or closes the connection and tells the user.
+// After a cancelled transfer: reads its final reply, or closes the connection and tells the user.
 void SettleCancelledTransfer(const char* callerName, Site* site, ReplyBuffer reply);
-// True when what was read is no answer but the rest of the line before it, `unfinished` having been asked before.
+// True when what was read is the rest of the previous line and not a reply. `unfinished`: LineIsUnfinished before the
+// read.
 bool IsRestOfLine(bool unfinished, int result, const char* reply);

@@ -24,7 +24,7 @@ bool IsWholeCode(int result) {
     return result >= 100 && result <= 599;
 }
 
-// 550 and the like as their class; everything else as it stands.
+// A whole code such as 550 as its class; everything else unchanged.
 int ClassOfWholeCode(int result) {
     return IsWholeCode(result) ? result / 100 : result;
 }
@@ -39,7 +39,7 @@ bool Empty(const char* text) {
     return text == nullptr || *text == '\0';
 }
 
-// A user's operation failed: unless he stopped it himself, he is told why.
+// Shows why an operation failed, unless the user stopped it.
 void TellServerError(int operation, const char* reply) {
     if (!StopRequested()) ShowServerError(operation, reply);
 }
@@ -76,7 +76,7 @@ int DoMKD(Site* site, const char* path, ReplyBuffer reply) {
 
 int DoRMD(Site* site, const char* path, ReplyBuffer reply) {
     constexpr char kFuncName[] = "DoRMD";
-    // Only traced, and the second one for every path that is there, as wanted: the command is sent all the same.
+    // Quirk: both checks only trace (the second fires for every non-empty path) and the command is sent anyway, kept.
     if (site == nullptr) DbgVsprintf(kFuncName, "ERROR. Entered with NULL Site. Returning FTP_ERROR");
     if (path == nullptr || *path != '\0')
         DbgVsprintf(kFuncName, "ERROR. Entered with NULL Pathname. Returning FTP_ERROR");
@@ -160,8 +160,8 @@ bool ChangeRemoteDirectory(Site* site, const char* path, ReplyBuffer reply, int*
     return false;
 }
 
-int ChkForRdir(Site* site, const char* name, bool hasParent, const char* parent, ReplyBuffer untold) {
-    SetReply(untold, "");
+int ChkForRdir(Site* site, const char* name, bool hasParent, const char* parent, ReplyBuffer unshown) {
+    SetReply(unshown, "");
     if (name == nullptr || (hasParent && parent == nullptr)) return FTP_ERROR;
     const std::string path = hasParent ? std::string(parent) + "/" + name : std::string(name);
     LocalReply reply{};
@@ -171,7 +171,7 @@ int ChkForRdir(Site* site, const char* name, bool hasParent, const char* parent,
     const bool missing = said.find("no such file or directory") != std::string::npos ||
                          said.find("the system cannot find the file specified") != std::string::npos;
     if (!missing) {
-        SetReply(untold, reply.data());
+        SetReply(unshown, reply.data());
         return entered;
     }
     const int made = DoMKD(site, path.c_str(), reply);
@@ -181,6 +181,6 @@ int ChkForRdir(Site* site, const char* name, bool hasParent, const char* parent,
         return made;
     }
     ChangeRemoteDirectory(site, path.c_str(), reply, nullptr, true);
-    // Quirk: made but not entered counts as entered, kept.
+    // Quirk: a directory that was made but could not be entered counts as entered, kept.
     return FTP_COMPLETE;
 }

@@ -27,6 +27,6 @@ bool MakeRemoteDirectory(Site* site, const char* name);
 OwnedText GetRemoteDirectory(Site* site);
 // Changes and remembers. With `showError` a failure opens the server-error dialog.
 bool ChangeRemoteDirectory(Site* site, const char* path, ReplyBuffer reply, int* result, bool showError);
-// Makes sure a directory exists, creating it when the server says that it does not. `parent` may be null. `untold`
+// Makes sure a directory exists, creating it when the server says that it does not. `parent` may be null. `unshown`
 // receives the reply of a refusal to enter it, which is not shown here; it is emptied otherwise.
-int ChkForRdir(Site* site, const char* name, bool hasParent, const char* parent, ReplyBuffer untold = {});
+int ChkForRdir(Site* site, const char* name, bool hasParent, const char* parent, ReplyBuffer unshown = {});

@@ -18,7 +18,7 @@ std::size_t LineLength(std::string_view peeked, std::size_t limit) {
 
 int ReplyLineCode(std::string_view line, bool& continuing) {
     if (line.size() < 3 || !IsDigit(line[0]) || !IsDigit(line[1]) || !IsDigit(line[2])) return 0;
-    // Any three digits end a multi-line reply, whether or not they are its first line's, as wanted.
+    // Quirk: any three digits end a multi-line reply, even if they are not those of its first line, kept.
     continuing = line.size() > 3 && line[3] == '-';
     // The fourth character belongs to the code's text too: a digit there makes a number of four.
     int code = (line[0] - '0') * 100 + (line[1] - '0') * 10 + (line[2] - '0');
@@ -39,8 +39,7 @@ void JoinReplyLine(std::string& joined, std::string_view line, std::size_t size)
         joined.resize(std::min(joined.size(), size - 1));
         return;
     }
-    // What does not fit overwrites the start instead of the end, as wanted: a long reply ends up holding a piece of a
-    // later line.
+    // Quirk: what does not fit overwrites the start instead of the end, kept.
     if (line.size() >= size || joined.size() + 2 >= size) return;
     const std::size_t count = std::min(size - joined.size() - 2, std::min(line.size(), joined.size()));
     std::copy_n(line.data(), count, joined.begin());

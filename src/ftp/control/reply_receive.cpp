@@ -150,7 +150,7 @@ int ReadLine(Site* site, std::span<char> buffer, int& maximumBytes, int& lineCod
     return 1;
 }
 
-// One line of a reply goes to the console: the router decides, and inner lines without a code are forced onto it.
+// Prints one line of a reply. Inner lines without a code are forced onto the console, whatever the output switches say.
 void ShowReplyLine(const char* line, bool inner) {
     OutPutPrint(line);
     if (inner && !gInnerLinesSuppressed && gTrace.verbose && !IsReplyLine(line)) PrintToConsole(line);
@@ -163,7 +163,7 @@ int ResultOfCode(int code) {
     return result;
 }
 
-// A reply without end: whatever follows could not be told from the reply to the next command.
+// Ends the connection after an endless reply: its rest could not be told from the reply to the next command.
 void DropBrokenServer(Site* site) {
     AbandonStoredSocket(site->pSock->ctrl_skt);
     if (!gSession.connecting) LoseControlConnection("ReadDisplayLine", site);
@@ -262,7 +262,7 @@ int ReadReplyEnd(Site* site, ReplyBuffer reply) {
 int ReadDisplayServerStat(Site* site, void (*addLine)(void* context, const char* line), void* context) {
     if (!HasControlSocket(site)) return 0;
     std::array<char, kReplySize + 1> line{};
-    // Set once: every later line is cut to the shortest line before it, as wanted.
+    // Quirk: the limit is set once, so every line is cut to the shortest line before it, kept.
     int maximumBytes = kReplySize;
     int replyCode = 0;
     bool continuing = false;

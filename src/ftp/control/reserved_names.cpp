@@ -5,7 +5,7 @@
 
 bool FileNameIsReserved(const char* name) {
     if (name == nullptr) return false;
-    // Only these six; com1. and the like are allowed, as wanted.
+    // Quirk: only these six; com1. and the like are allowed, kept.
     static constexpr std::string_view kReservedPrefixes[] = {"con.", "aux.", "prn.", "nul.", "lpt1.", "lpt2."};
     const std::string lower = AsciiLower(name);
     for (const std::string_view prefix : kReservedPrefixes) {

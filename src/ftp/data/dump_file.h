@@ -11,7 +11,7 @@
 OwnedText Zarn_GetTmpFileName(const char* prefix);
 // Opens a dump file; kNoFile with error 87 for a missing name. A writer replaces what an older listing left.
 platform::FileHandle GetDumpFileHandle(const char* traceContext, const char* fileName, platform::FileAccess access);
-// The file that the current folder's listing goes to; made at first use, the same for the run.
+// The file that listings of the current folder are received into; made at first use, the same for the whole run.
 const char* ListingDumpFile();
 // Deletes it (after reading, and at shut-down).
 void DeleteListingDumpFile();

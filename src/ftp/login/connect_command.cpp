@@ -30,14 +30,14 @@ void RefuseSecondConnection() {
 void ReportFailure() {
     std::string text = CatalogueText(MSG_CONNECTION_FAILED);
     gSessionView.setStatusText(text.c_str());
-    // The user who stopped it knows why.
+    // A user who stopped the connect needs no box.
     if (gSession.aborting || gSession.exiting) return;
     const std::string reason = ConnectFailure();
     if (!reason.empty()) text += "\n\n" + reason;
     ShowMessageBox(text.c_str(), nullptr, BoxButtons::Ok, BoxIcon::Exclamation);
 }
 
-// The connection stays open, unless the answer is outstanding: it would be taken for the next command's.
+// Leaves the connection open unless its answer is outstanding, which would be mistaken for the next command's.
 void ReportUnknownDirectory(Site* site) {
     if (gSession.aborting || gSession.exiting) return;
     if (StopRequested()) {
@@ -48,7 +48,7 @@ void ReportUnknownDirectory(Site* site) {
     ShowMessageBox(text.c_str(), nullptr, BoxButtons::Ok, BoxIcon::Exclamation);
 }
 
-// Remembered with the time of its use: the tree offers it from the next connection on.
+// Stores the directory with the time of its use; the tree offers it from the next connection on.
 void RememberDirectory(Site* site) {
     LoadInitDirectories(site);
     SaveInitDirectories(site);
@@ -62,7 +62,7 @@ OwnedText FirstDirectory(Site* site) {
         RememberDirectory(site);
         return OwnedText::Copy(site->pszDir.view());
     }
-    // After a time-out the answer is still to come: it would be taken for the next one.
+    // After a time-out the late answer would be mistaken for the answer to PWD.
     return StopRequested() ? OwnedText() : GetRemoteDirectory(site);
 }
 

@@ -46,7 +46,7 @@ bool HostAddress(Site* site, std::uint32_t& address) {
         return false;
     }
     const std::string host = site->pszHost.c_str();
-    const LookupResult found = LookUpHost(host, gZarn.port.timeout * 1000u, true);
+    const LookupResult found = LookUpHost(host, gZarn.port.timeout * 1000u, LookupFor::Operation);
     if (found.end == LookupEnd::Found) {
         address = found.addresses.front();
         return true;

@@ -38,7 +38,7 @@ void ResolveInThread(void* argument) {
 
 }  // namespace
 
-LookupResult LookUpHost(const std::string& name, std::uint32_t milliseconds, bool stoppable) {
+LookupResult LookUpHost(const std::string& name, std::uint32_t milliseconds, LookupFor purpose) {
     LookupResult notFinished;
     const auto lookup = std::make_shared<Lookup>(name);
     auto* given = new (std::nothrow) SharedLookup(lookup);
@@ -51,7 +51,7 @@ LookupResult LookUpHost(const std::string& name, std::uint32_t milliseconds, boo
     platform::CloseThread(thread);
     const std::uint32_t startedAt = platform::TickCount();
     while (!platform::WaitEvent(lookup->done, kSliceMilliseconds)) {
-        if (stoppable && StopRequested()) {
+        if (purpose == LookupFor::Operation && StopRequested()) {
             notFinished.end = LookupEnd::Stopped;
             return notFinished;
         }

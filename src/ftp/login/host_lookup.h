@@ -1,5 +1,5 @@
-// Host names to addresses without being held up: the look-up runs in a thread of its own, which is left alone with its
-// result when the time is over or the operation is stopped.
+// Host names to addresses without blocking the caller for long: the look-up runs in a thread of its own. When the time
+// is over or the operation is stopped, that thread is left to finish alone and its result is dropped.
 #pragma once
 
 #include <cstdint>
@@ -14,5 +14,7 @@ struct LookupResult {
     std::vector<std::uint32_t> addresses;  // host order; at least one when found
 };
 
-// `milliseconds` 0: no limit. `stoppable`: ends when the running operation is to end.
-LookupResult LookUpHost(const std::string& name, std::uint32_t milliseconds, bool stoppable);
+// Whether a look-up belongs to the running operation, and ends when that is to end.
+enum class LookupFor { Operation, StartUp };
+// `milliseconds` 0: no limit.
+LookupResult LookUpHost(const std::string& name, std::uint32_t milliseconds, LookupFor purpose);

@@ -40,7 +40,7 @@ bool GetLocalInfo(const char* socketLibrary) {
     }
     gLocalHostName = platform::LocaleLower(name);
     DoPrintIdArgs(MSG_LOCAL_HOST_NAME, name);
-    const LookupResult found = LookUpHost(name, kLocalLookupMilliseconds, false);
+    const LookupResult found = LookUpHost(name, kLocalLookupMilliseconds, LookupFor::StartUp);
     if (found.end == LookupEnd::Found) {
         for (const std::uint32_t address : found.addresses)
             DoPrintIdArgs(MSG_LOCAL_ADDRESS, platform::AddressText(address));

@@ -27,7 +27,7 @@ namespace {
 constexpr std::size_t kLongestAnswer = 80;
 constexpr char kAnonymous[] = "anonymous";
 
-// How a log-in went on: the next attempt is made only after a failure that is nobody's wish.
+// Outcome of one log-in attempt. Only Failed is retried; GivenUp means that the user cancelled.
 enum class Attempt { Connected, Failed, GivenUp };
 
 struct Credentials {
@@ -42,8 +42,8 @@ bool NonEmpty(const OwnedText& text) {
 
 Credentials ChooseCredentials(Site* site) {
     Credentials login;
-    // The gateway's host decides only whether a gateway is used: the connection always goes to the site's host, as
-    // wanted.
+    // Quirk: the gateway's host only decides whether a gateway is used; the connection is made to the site's host,
+    // kept.
     login.useGateway =
         site->bUseGateway != 0 && site->bAnonymous == 0 && NonEmpty(site->pszGateHost) && NonEmpty(site->pszGateUID);
     if (!login.useGateway) site->bUseGateway = 0;
@@ -80,7 +80,7 @@ bool PassGateway(Site* site, ReplyBuffer reply) {
         return false;
     }
     result = commandf(site, reply, "site %s", site->pszHost.c_str());
-    // After a time-out its answer would be taken for that of "USER".
+    // After a time-out its late answer would be mistaken for the answer to "USER".
     if (result == FTP_ERROR || (result == SOCKET_ERROR && StopRequested())) {
         DoPrintIdArgs(MSG_FINAL_DESTINATION_FAILED);
         return false;
@@ -144,7 +144,7 @@ Attempt LogIn(Site* site) {
     return attempt;
 }
 
-// After a time-out nothing is waited for: what is still on its way to the server may never arrive.
+// After a time-out the socket is reset: bytes that are still to be sent may never arrive.
 void CloseFailedAttempt(Site* site) {
     if (StopRequested())
         AbandonStoredSocket(site->pSock->ctrl_skt);
@@ -160,7 +160,7 @@ Attempt TryConnect(Site* site) {
     }
     const Attempt attempt = LogIn(site);
     SetConnected(*site, attempt == Attempt::Connected);
-    // An abort says good-bye to the server itself before it closes the connection.
+    // An abort sends QUIT itself before it closes the connection.
     if (attempt != Attempt::Connected && !gSession.aborting) CloseFailedAttempt(site);
     return attempt;
 }

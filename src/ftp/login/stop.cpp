@@ -23,7 +23,7 @@ bool IsOpen(const std::atomic<platform::Socket>& stored) {
     return stored.load() != platform::kNoSocket;
 }
 
-// Ends the worker. One that does not end in time loses its sockets, so that whatever it does next fails; true then.
+// Ends the worker. If it does not end in time, its sockets are closed so that its next call fails; true then.
 bool EndWorker(Site* site) {
     if (StopWorker(kStopMilliseconds) || site == nullptr || site->pSock == nullptr) return false;
     DoPrintIdArgs(MSG_KILLING_ACTIVE_THREAD);
@@ -35,8 +35,8 @@ bool EndWorker(Site* site) {
     return true;
 }
 
-// The worker closes its own data connection and listener on its way out; what is still open is closed here. The order
-// is data connection (how = receive), listener, control connection.
+// Closes what the worker has not closed on its way out: data connection (how = receive), then listener. The control
+// connection follows.
 void CloseTransferSockets(SocketRecord& record, bool hadData) {
     CloseStoredSocket(record.data_skt, CloseHow::Receive);
     if (hadData) DoPrintIdArgs(MSG_WAITING_FOR_ABORT_RESPONSE);
@@ -68,7 +68,7 @@ void Zarn_Abort() {
     SetTransferAbort(true);
     const bool forced = EndWorker(site);
     const bool lost = TakeDeferredLoss() || forced;
-    // A connect that had only just begun leaves its half-made connection.
+    // A connect that had only just begun leaves an open socket that never logged in.
     wasConnecting = wasConnecting || (hasRecord && HasControlSocket(site) && site->bConnected == 0);
     if (hasRecord) CloseTransferSockets(*site->pSock, hadData);
     if (wasConnecting) {
@@ -96,7 +96,7 @@ void Zarn_IdmDisconnect(Site* site) {
     EndWorker(site);
     SetConnected(*site, false);  // a log-in may have ended well just before it was stopped
     SetConnecting(true);
-    // What was stopped may have left bytes on their way that the server never takes.
+    // A stopped operation may have left unsent bytes that the server never takes: no linger.
     if (running) SetAborting(true);
     CloseStoredSocket(site->pSock->ctrl_skt, CloseHow::Send);
     if (running) SetAborting(false);
@@ -119,7 +119,7 @@ void Zarn_IdmExit(Site* site, unsigned commandId) {
     const bool wasConnected = hasRecord && site->bConnected != 0;
     const bool hadData = hasRecord && IsOpen(site->pSock->data_skt);
     if (running) {
-        // Before the disconnect, which would stop it without a word.
+        // Before the disconnect, which would stop the worker silently.
         DoPrintIdArgs(MSG_ABORTING_BEFORE_EXIT);
         if (hasRecord) SetConnected(*site, false);
         EndWorker(site);

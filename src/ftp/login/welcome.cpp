@@ -33,11 +33,11 @@ bool ReadWelcome(Site* site, ReplyBuffer reply) {
 
 std::uint32_t DetectHostType(std::uint32_t configured, const char* welcome) {
     if (configured != HOST_TYPE_AUTO || welcome == nullptr) return configured;
-    struct Sign {
+    struct Marker {
         std::string_view text;
         std::uint32_t type;
     };
-    static constexpr Sign kSigns[] = {
+    static constexpr Marker kMarkers[] = {
         {"(EXOS", HOST_TYPE_EXOS},
         {"Microsoft FTP Service", HOST_TYPE_WINDOWS_NT},
         {"Ambrel FTP server", HOST_TYPE_CLIX},
@@ -46,7 +46,7 @@ std::uint32_t DetectHostType(std::uint32_t configured, const char* welcome) {
         {"unix", HOST_TYPE_UNIX},
     };
     const std::string_view text = welcome;
-    for (const Sign& sign : kSigns)
-        if (text.find(sign.text) != std::string_view::npos) return sign.type;
+    for (const Marker& marker : kMarkers)
+        if (text.find(marker.text) != std::string_view::npos) return marker.type;
     return HOST_TYPE_AUTO;
 }

@@ -4,7 +4,7 @@
 void BeepOnFailure();
 void BeepAtEnd();
 
-// No beep from this thread's operation until the object goes.
+// No beeps from this thread for the lifetime of the object.
 class QuietBeeps {
   public:
     QuietBeeps();

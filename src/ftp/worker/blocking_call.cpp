@@ -16,7 +16,7 @@ struct CallInProgress {
     std::uint32_t startedAt = 0;
     std::uint32_t number = 0;
     bool active = false;
-    bool timedOut = false;  // told to the user already; from then on only cancelled again
+    bool timedOut = false;  // reported once; from then on only cancelled again
 };
 CallInProgress gCall;
 

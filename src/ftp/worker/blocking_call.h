@@ -6,8 +6,8 @@
 
 #include "platform/sockets.h"
 
-// Marks that this thread may wait on `socket` until the object goes. Nesting is not needed: one worker, one call. A
-// second thread's call beside it (a QUIT sent while a worker is being stopped) is not registered.
+// For the lifetime of the object this thread may wait on `socket`. One worker makes one call at a time, so calls do not
+// nest; a second thread's call (a QUIT sent while a worker is being stopped) is not registered.
 class BlockingCall {
   public:
     explicit BlockingCall(platform::Socket socket);

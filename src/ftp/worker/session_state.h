@@ -37,11 +37,11 @@ void SetBusy(bool busy);
 void SetConnecting(bool connecting);
 void SetAborting(bool aborting);
 void SetTransferAbort(bool abort);
-// A call has waited too long: ends the transfer as SetTransferAbort(true) does, but lets it be told from an abort.
+// A call has waited too long: as SetTransferAbort(true), but StoppedByTimeOut tells the difference.
 void SetTransferTimedOut();
 // True while any of busy, connecting and aborting is set: no remote operation may start then.
 bool OperationRunning();
 // True when the operation under way is to end: abort, time-out or exit.
 bool StopRequested();
-// True when it is to end because of a time-out, and nobody else has asked for it.
+// True when it is to end because of a time-out only.
 bool StoppedByTimeOut();

@@ -1,4 +1,4 @@
-// What the windows may know of a site's session at any time: connected or not, where it stands, the server's address.
+// What the windows may know of a site's session at any time: connected or not, current directory, the server's address.
 // The session changes these facts through the functions below only; the windows read the copy that StatusOf makes,
 // never the site's own texts, which may be replaced under them. Flags of the whole program are session_state.h.
 #pragma once
