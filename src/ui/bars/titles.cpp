@@ -2,51 +2,13 @@
 
 #include "foundation/trace.h"
 #include "ftp/login/local_host.h"
-#include "ftp/worker/site_status.h"
+#include "ui/bars/window_title.h"
 #include "ui/panes/tree_pane.h"
 #include "ui/screen/app.h"
 #include "ui/screen/wide_text.h"
 
-namespace {
-
-constexpr char kFunction[] = "Zarn_SetMainWindowText";
-
-std::string SiteTitle(const Site& site, const std::string& shortName) {
-    return shortName + " " + site.pszSessionName.c_str();
-}
-
-}  // namespace
-
-std::string MainWindowTitle(const TVobject* node, const std::string& shortName, const std::string& longName,
-                            const std::string& computer) {
-    if (node == nullptr) return longName;
-    const Site* site = node->wObjType == kKindAddSite ? nullptr : TV_GetFtpSite(node);
-    switch (node->wObjType) {
-        case kKindAddSite:
-        case kKindLocalRoot:
-        case kKindLocalFolder:
-            return longName;
-        case kKindSite: {
-            if (node->pSite == nullptr) return longName;
-            const SiteStatus status = StatusOf(*node->pSite);
-            const std::string title = SiteTitle(*node->pSite, shortName);
-            return status.connected && !status.currentDirectory.empty() ? title + "::" + status.currentDirectory
-                                                                        : title;
-        }
-        case kKindSiteRoot:
-        case kKindFolder:
-            return site == nullptr ? longName : SiteTitle(*site, shortName) + "::" + StatusOf(*site).currentDirectory;
-        case kKindLocalComputer:
-            return shortName + " : " + computer;
-        default:
-            DbgVsprintf(kFunction, "ERROR. UNKNOWN OBJ Type:%d for %x:%s", static_cast<int>(node->wObjType),
-                        static_cast<unsigned>(reinterpret_cast<std::uintptr_t>(node)), node->pszName.c_str());
-            return longName;
-    }
-}
-
 void Zarn_SetMainWindowText() {
-    DbgVsprintf(kFunction, "Entered");
+    DbgVsprintf("Zarn_SetMainWindowText", "Entered");
     const std::string title = MainWindowTitle(SelectedNode(), gApp.shortName, gApp.longName, LocalHostName());
     // Setting the same text again would flicker.
     if (title != GetText(gApp.mainWindow)) SetText(gApp.mainWindow, title);
