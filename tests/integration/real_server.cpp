@@ -1,8 +1,4 @@
 #include "integration/real_server.h"
-#include "ftp/control/keep_alive.h"
-#include "ftp/login/connect_command.h"
-#include "ftp/worker/close_socket.h"
-#include "ftp/worker/result_codes.h"
 
 #include <algorithm>
 #include <ostream>
@@ -10,6 +6,10 @@
 #include "config/settings.h"
 #include "foundation/text_helpers.h"
 #include "foundation/trace.h"
+#include "ftp/control/keep_alive.h"
+#include "ftp/login/connect_command.h"
+#include "ftp/worker/close_socket.h"
+#include "ftp/worker/result_codes.h"
 #include "ftp/worker/session_state.h"
 #include "ftp/worker/worker.h"
 #include "listing/listing_driver.h"

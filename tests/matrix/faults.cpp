@@ -156,7 +156,7 @@ Results AfterSplit(const Operation& operation, std::size_t index, Way way) {
     const Step& step = operation.steps[index];
     Results results = {FTP_COMPLETE};
     if (way == Way::Lines) return results;
-    // A line that comes in two packets is read as two, as wanted: the first alone must do.
+    // A line that comes in two packets is read as two, so the first alone must do.
     if (way == Way::BytePackets || step.textCounts) Add(results, ExpectedResults(operation, index, Way::Garbage));
     // Its rest may be taken for the next answer where no command stands between them.
     if (step.part == Part::Preliminary)

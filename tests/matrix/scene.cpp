@@ -1,6 +1,4 @@
 #include "matrix/scene.h"
-#include "ftp/control/reply_buffer.h"
-#include "ftp/login/stop.h"
 
 #include <algorithm>
 #include <fstream>
@@ -8,7 +6,9 @@
 #include "config/host_types.h"
 #include "foundation/trace.h"
 #include "ftp/control/remote_commands.h"
+#include "ftp/control/reply_buffer.h"
 #include "ftp/login/login.h"
+#include "ftp/login/stop.h"
 #include "ftp/worker/session_state.h"
 #include "ftp/worker/worker.h"
 #include "matrix/operations.h"

@@ -65,7 +65,7 @@ bool RunOne(Scene& s, const Operation& operation, const FailingCall& failing, in
         cell.Check(started || fired, "the worker does not start");
     }
     cell.Check(fired || s.Result() == FTP_COMPLETE, "returned " + std::to_string(s.Result()) + " without a failure");
-    // A listing's file that cannot be read is taken to end there, as wanted.
+    // A listing's file that cannot be read is taken to end there.
     const bool mayBeCut = fired && failing.call == Call::ReadFile;
     if (s.Result() == FTP_COMPLETE) cell.Check(operation.done(s) || mayBeCut, "a success that did nothing");
     cell.Check(!OperationRunning(), "still busy");

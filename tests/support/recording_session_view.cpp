@@ -1,8 +1,9 @@
 #include "support/recording_session_view.h"
-#include "ftp/login/stop.h"
 
 #include <deque>
 #include <mutex>
+
+#include "ftp/login/stop.h"
 
 namespace {
 

@@ -1,5 +1,4 @@
 #include "support/session_harness.h"
-#include "ftp/worker/close_socket.h"
 
 #include <algorithm>
 #include <atomic>
@@ -9,6 +8,7 @@
 #include "foundation/trace.h"
 #include "ftp/login/login.h"
 #include "ftp/worker/blocking_call.h"
+#include "ftp/worker/close_socket.h"
 #include "ftp/worker/session_state.h"
 #include "ftp/worker/worker.h"
 #include "platform/clock.h"
@@ -21,7 +21,7 @@ constexpr std::uint32_t kLongestSliceMilliseconds = 20;
 
 void ResetSession() {
     gSession.busy = gSession.connecting = gSession.aborting = false;
-    gSession.transferAbort = gSession.exiting = gSession.parsing = false;
+    gSession.transferAbort = gSession.timedOut = gSession.exiting = gSession.parsing = false;
     gSession.activeSite = nullptr;
     gSession.localAddress = 0;
     gSession.currentType = 'A';

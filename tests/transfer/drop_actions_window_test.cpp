@@ -1,5 +1,4 @@
 #include "transfer/drop_actions_window.h"
-#include "ftp/control/reply_buffer.h"
 
 #include <gtest/gtest.h>
 #include <windows.h>
@@ -11,6 +10,7 @@
 #include <string>
 
 #include "foundation/wide_text_window.h"
+#include "ftp/control/reply_buffer.h"
 #include "ftp/worker/session_state.h"
 #include "ftp/worker/worker.h"
 #include "resources/resource.h"

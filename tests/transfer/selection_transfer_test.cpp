@@ -1,9 +1,9 @@
 #include "transfer/selection_transfer.h"
-#include "ftp/control/control_connection.h"
 
 #include <memory>
 
 #include "foundation/file_time.h"
+#include "ftp/control/control_connection.h"
 #include "ftp/worker/result_codes.h"
 #include "listing/tree_node.h"
 #include "platform/files.h"

@@ -3,8 +3,9 @@
 #pragma once
 
 #include "config/site.h"
+#include "resources/resource.h"
 
-inline constexpr unsigned kExitCommand = 40027;
+inline constexpr unsigned kExitCommand = IDM_EXITAPP;
 
 // The Abort command: ends the local side only, no ABOR is sent.
 void Zarn_Abort();

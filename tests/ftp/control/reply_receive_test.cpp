@@ -63,7 +63,7 @@ TEST(ReadDisplayLine, AMultiLineReplyEndsAtAnyThreeDigitsAndABlank) {
     Greeted g({Say("220-one\r\n200 inner\r\n220 last\r\n")});
     EXPECT_EQ(g.Read(), 2);
     EXPECT_STREQ(g.h.replyText, "220-one200 inner");
-    // What is left is read as the reply to the next command, as wanted.
+    // Quirk: what is left is read as the reply to the next command, kept.
     EXPECT_EQ(command(g.site, g.h.reply, "NOOP"), 2);
     EXPECT_STREQ(g.h.replyText, "220 last");
 }

@@ -1,12 +1,12 @@
 #include "ftp/data/data_connection.h"
-#include "ftp/control/control_connection.h"
-#include "ftp/control/reply_buffer.h"
 
 #include <gtest/gtest.h>
 
 #include <fstream>
 
 #include "foundation/message_expansion.h"
+#include "ftp/control/control_connection.h"
+#include "ftp/control/reply_buffer.h"
 #include "ftp/data/data_copy.h"
 #include "ftp/login/login.h"
 #include "ftp/worker/close_socket.h"

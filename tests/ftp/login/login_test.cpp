@@ -197,7 +197,7 @@ TEST(DoConnect2, APasswordAskedForThroughAGatewayIsNotTheGateways) {
     UseGateway(site);
     h.view.AnswerNext("typed");
     EXPECT_TRUE(DoConnect2(site));
-    // Kept as the gateway's only where that has none, as wanted.
+    // Quirk: kept as the gateway's password, and only where that has none, kept.
     EXPECT_STREQ(site->pszGatePWD.c_str(), "gatepass");
     EXPECT_TRUE(site->pszPWD.empty());
 }

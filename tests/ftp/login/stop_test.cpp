@@ -190,7 +190,7 @@ TEST(Zarn_IdmExit, WithoutSaveOnExitSavesNothing) {
 
 TEST(Zarn_IdmExit, ClosingASiteLeavesTheProgramOpen) {
     Working w;
-    Zarn_IdmExit(w.site, 40026);
+    Zarn_IdmExit(w.site, IDM_DISCONNECT);
     EXPECT_EQ(w.h.view.ClosedPrograms(), 0);
     EXPECT_FALSE(gSession.exiting);
 }
