@@ -118,7 +118,7 @@ int command(Site* site, ReplyBuffer reply, const char* format, ...) {
     const int length = std::vsnprintf(text, sizeof text, format, arguments);
     va_end(arguments);
     if (length < 0 || static_cast<std::size_t>(length) >= sizeof text) {
-        // A cut command would act on another name than the one meant.
+        // A truncated command would act on the wrong name.
         DbgVsprintf("command", "ERROR. The command has %d characters. Returning FTP_ERROR", length);
         SetReply(reply, CatalogueText(MSG_PATH_INVALID));
         return FTP_ERROR;

@@ -130,7 +130,7 @@ OwnedText GetRemoteDirectory(Site* site) {
         DropUnansweredConnection(kFuncName, site);
         return {};
     }
-    // The first line alone counts; what follows it must not be taken for the next command's reply.
+    // Only the first line counts, but the rest must be read, or it would be taken for the next command's reply.
     LocalReply rest{};
     if (continuing) ReadReplyEnd(site, rest);
     if (lineCode == 0 || line[0] == '\0') return {};

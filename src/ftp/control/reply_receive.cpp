@@ -24,7 +24,7 @@ namespace {
 
 std::atomic<bool> gInnerLinesSuppressed{false};
 
-// The wait ends with the line; only a server that never ends it is waited for in full.
+// The wait ends with the line feed; only a server that never sends one takes the whole time.
 constexpr std::uint32_t kRestOfLineMilliseconds = 300;
 
 // No limit: the wait can be cancelled by the time-out or an abort. A limit in milliseconds: nothing cuts it short.

@@ -1,4 +1,4 @@
-// Device names that no local file may bear.
+// Device names that no local file may have.
 #pragma once
 
 // True when the name begins with con. aux. prn. nul. lpt1. or lpt2., whatever its case. Only these six are refused to

@@ -39,7 +39,7 @@ platform::FileHandle GetDumpFileHandle(const char* traceContext, const char* fil
     }
     platform::FileOptions options;
     options.access = access;
-    // A shorter listing must not end in what a longer one before it left there.
+    // A shorter listing must not keep the tail of a longer one.
     options.disposition = access == platform::FileAccess::Read ? platform::FileDisposition::OpenExisting
                                                                : platform::FileDisposition::CreateAlways;
     const platform::FileHandle file = platform::OpenFile(fileName, options);

@@ -27,8 +27,8 @@ constexpr int kReplySize = 1040;
 constexpr int kTabWidth = 8;  // characters
 constexpr std::size_t kMostLines = 5000;
 
-// Lines on their way from the worker to the dialog. The worker may outlive the dialog, and a line may come before the
-// dialog stands.
+// Lines on their way from the worker to the dialog. The worker may outlive the dialog, and a line may arrive before
+// there is a window.
 struct StatusLines {
     std::mutex lock;
     HWND dialog = nullptr;

@@ -14,7 +14,7 @@
 
 namespace {
 
-// A dead name server answers after ten seconds; the window does not wait for it so long.
+// A look-up takes ten seconds to fail when the name server is dead; start-up does not wait that long.
 constexpr std::uint32_t kLocalLookupMilliseconds = 3000;
 
 std::string gLocalHostName;

@@ -5,7 +5,7 @@
 
 namespace {
 
-// Not the user's setting itself: it could be saved meanwhile.
+// A flag of its own: a change of the user's setting could be saved meanwhile.
 thread_local bool gQuiet = false;
 
 void Beep(platform::Beep kind) {

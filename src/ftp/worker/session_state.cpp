@@ -40,7 +40,7 @@ void SetTransferAbort(bool abort) {
 }
 
 void SetTransferTimedOut() {
-    // What a user has aborted before stays aborted.
+    // A user's abort is not turned into a time-out.
     if (gSession.transferAbort) return;
     gSession.timedOut = true;
     SetTransferAbort(true);

@@ -1,6 +1,6 @@
-// What the session engine asks of the windows. One current instance: the windows fill it in at start-up, a test fills
-// in a recording one, and what nobody fills in does nothing. Every call may come from the worker; the windows carry it
-// to their own thread.
+// What the session engine asks of the windows. There is one current instance: the windows fill it in at
+// start-up, a test installs a recording one. Entries that are not filled in do nothing. Calls may come from the worker;
+// the windows carry them to their own thread.
 #pragma once
 
 #include <cstdint>

@@ -9,7 +9,7 @@ namespace {
 std::mutex gStatusLock;
 
 void ReplaceSessionDirectory(Site& site, OwnedText directory) {
-    // The text before is freed after the lock.
+    // The old text is freed after the lock is released.
     const std::lock_guard guard(gStatusLock);
     std::swap(site.pszCurrentDir, directory);
 }

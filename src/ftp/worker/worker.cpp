@@ -37,7 +37,7 @@ void RunJob(void*) {
     SetBusy(false);
 }
 
-// Takes the slot free when its thread has ended.
+// Frees the slot once its thread has ended.
 bool ReleaseSlot(std::uint32_t milliseconds) {
     if (gWorker.thread == platform::kNoThread) return true;
     if (!gSessionView.waitForThread(gWorker.thread, milliseconds)) return false;
