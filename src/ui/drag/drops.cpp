@@ -2,8 +2,6 @@
 
 #include <commctrl.h>
 
-#include <string_view>
-#include <unordered_map>
 #include <utility>
 
 #include "foundation/catalogue.h"
@@ -17,6 +15,7 @@
 #include "ui/bars/status_bar.h"
 #include "ui/browse/command_context.h"
 #include "ui/browse/local_computer.h"
+#include "ui/browse/uploaded_entries.h"
 #include "ui/panes/list_pane.h"
 #include "ui/panes/tree_pane.h"
 #include "ui/screen/app.h"
@@ -26,17 +25,8 @@
 
 namespace {
 
-// Entries of the list by name while an upload runs, made when the first one is to be added: a file that is sent again
-// replaces its entry. The window's thread only.
-struct ListedNames {
-    std::unordered_map<std::string, const LVobject*> entries;
-    bool known = false;
-};
-ListedNames gListedNames;
-
 void OnDropDone() {
-    if (gListedNames.known && ListedFolder() != nullptr) LV_EntriesComplete();
-    gListedNames = ListedNames();
+    EndUploadedEntries();
     // Commands act on the selected node's site again.
     if (const TVobject* node = SelectedNode()) SetActiveSite(TV_GetFtpSite(node));
     ShowStatusText("");
@@ -59,53 +49,6 @@ bool ShowStarted(bool started) {
     return started;
 }
 
-void LearnListedNames() {
-    gListedNames.known = true;
-    for (int i = 0; i < EntryCount(); ++i) {
-        const LVobject* entry = EntryAt(i);
-        gListedNames.entries.emplace(std::string(EntryName(*entry)), entry);
-    }
-}
-
-// True when the list shows the folder that the files are sent to.
-bool ListShows(const Site* site, const std::string& folder) {
-    const TVobject* listed = ListedFolder();
-    if (listed == nullptr || IsLocalNode(listed) || site == nullptr || TV_GetFtpSite(listed) != site) return false;
-    // Without a folder the transfer has compared with the site's current one.
-    return folder.empty() || TV_GetPath(listed).view() == folder;
-}
-
-// A folder's entry points at the folder's own node.
-void GiveNode(TVobject* parent, LVobject& entry, const std::string& name) {
-    TVobject* node = TV_FindChild(parent, name);
-    if (node == nullptr) node = TV_AddItem(parent, name, entry.type, NameCheck::None);
-    if (node != nullptr) entry.node = node;
-}
-
-// The entry joins the list, or takes the place of the one of the same name.
-void LV_AddTransferItem(const Site* site, const std::string& targetFolder, LVobjectPtr entry) {
-    TVobject* folder = ListedFolder();
-    if (!entry || !ListShows(site, targetFolder)) return;
-    if (!gListedNames.known) LearnListedNames();
-    const std::string name(EntryName(*entry));
-    const bool isFolder = entry->type == kKindFolder;
-    entry->node = folder;
-    const LVobject*& known = gListedNames.entries[name];
-    const int index = known != nullptr ? IndexOfEntry(known) : -1;
-    // A folder that was there already is the same one.
-    if (isFolder && index >= 0) return;
-    known = entry.get();
-    if (index >= 0) {
-        LV_ReplaceItem(index, std::move(entry));
-        return;
-    }
-    if (isFolder) GiveNode(folder, *entry, name);
-    // Not one by one: each time the control is told a number of entries it looks at its scroll bars.
-    std::vector<LVobjectPtr> entries;
-    entries.push_back(std::move(entry));
-    LV_AddEntries(folder, std::move(entries));
-}
-
 // Where files go that were not dropped on a node: the site and the folder that the list shows.
 Site* ShownSite(std::string& folder) {
     const TVobject* listed = ListedFolder();
@@ -123,12 +66,7 @@ bool SendIntoShownFolder(Site*, std::vector<std::string> files) {
 const TVobject* NodeUnderPointer() {
     POINT point{};
     GetCursorPos(&point);
-    if (WindowFromPoint(point) != TreeWindow()) return nullptr;
-    TVHITTESTINFO hit{};
-    hit.pt = point;
-    ScreenToClient(TreeWindow(), &hit.pt);
-    const HTREEITEM item = TreeView_HitTest(TreeWindow(), &hit);
-    return item != nullptr && (hit.flags & TVHT_ONITEM) != 0 ? GetTVobjectByItem(item) : nullptr;
+    return WindowFromPoint(point) == TreeWindow() ? TreeHitTest(point, kHitLabel).node : nullptr;
 }
 
 }  // namespace
