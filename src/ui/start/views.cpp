@@ -17,7 +17,6 @@
 #include "ui/bars/status_bar.h"
 #include "ui/commands/command_table.h"
 #include "ui/drag/drops.h"
-#include "ui/panes/list_pane.h"
 #include "ui/panes/tree_pane.h"
 #include "ui/screen/app.h"
 #include "ui/screen/messages.h"
