@@ -11,7 +11,7 @@
 
 namespace {
 
-constexpr char kName[] = "Zarn_GetDestination";
+constexpr char kFuncName[] = "Zarn_GetDestination";
 
 bool IsSeparator(char character) {
     return character == '/' || character == '\\';
@@ -44,25 +44,25 @@ bool Succeed(TransferNode& node, const std::string& destination) {
 // The location must begin with the starting point.
 bool StartsAt(std::string_view location, std::string_view start) {
     if (location.size() < start.size()) {
-        DbgVsprintf(kName, "iLenLocation:%d < iLenInit:%d. Returning FALSE", static_cast<int>(location.size()),
+        DbgVsprintf(kFuncName, "iLenLocation:%d < iLenInit:%d. Returning FALSE", static_cast<int>(location.size()),
                     static_cast<int>(start.size()));
         return false;
     }
     if (location.substr(0, start.size()) != start) {
-        DbgVsprintf(kName, "Strings Failed to Compare:%s,%s. Returning FALSE", location.data(), start.data());
+        DbgVsprintf(kFuncName, "Strings Failed to Compare:%s,%s. Returning FALSE", location.data(), start.data());
         return false;
     }
     return true;
 }
 
-// Every component of a remote path made a local name; between them the system's separator. On a server with "\" both
-// separators part components; elsewhere "\" is a character like others.
+// Makes every component of a remote path a local name, with the system's separator between them. On a server with "\"
+// both slashes separate components; elsewhere "\" is an ordinary character.
 std::string SafeLocalPath(std::string_view rest, char separator) {
     std::string path;
     while (true) {
         const std::size_t end = separator == '\\' ? rest.find_first_of("/\\") : rest.find(separator);
         const std::string_view component = rest.substr(0, end);
-        // An empty component (a doubled separator) is kept apart, as it names nothing.
+        // An empty component (a doubled separator) names nothing and is dropped.
         if (!component.empty()) {
             if (!path.empty()) path += platform::kPathSeparator;
             path += SafeLocalName(component);
@@ -110,7 +110,7 @@ void SetNtPathToParent(std::string& path) {
 
 bool Zarn_GetDestination(const char* localStart, const char* remoteStart, TransferNode& node, bool upload) {
     if (IsMissing(localStart) || IsMissing(remoteStart) || node.pszLocation.empty()) {
-        DbgVsprintf(kName, "NULL Path Parameter. Returning FALSE");
+        DbgVsprintf(kFuncName, "NULL Path Parameter. Returning FALSE");
         return Fail(node);
     }
     const char* start = upload ? localStart : remoteStart;

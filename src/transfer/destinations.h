@@ -7,7 +7,8 @@
 
 // The first "/" or "\" in the path, or 0.
 char GetDelimiter(const char* path);
-// Cut a path in place at its last separator, which is never looked for in first place: "/x" stays, as wanted.
+// Cut a path in place at its last separator.
+// Quirk: a separator in first place is never found, so "/x" stays, kept.
 void SetUnixPathToParent(std::string& path);
 void SetNtPathToParent(std::string& path);
 // Sets node.pszDestination and node.iRetCode. False when the location does not lie below the starting folder. On a

@@ -16,7 +16,7 @@ bool ReadSpace(const char* path, platform::DiskSpace& space) {
     return diskSpaceSource != nullptr ? diskSpaceSource(path, space) : platform::GetDiskSpace(path, space);
 }
 
-// The product wraps above 4 GiB, as wanted.
+// Quirk: the product wraps above 4 GiB, kept.
 std::uint32_t WrappedFreeSpace(const char* path) {
     platform::DiskSpace space;
     if (!ReadSpace(path, space)) return 0;
@@ -35,13 +35,13 @@ std::uint32_t GetFreeSpaceForDrive(char driveLetter) {
 }
 
 int FitFileOnLocalDrive(const char* name, std::uint64_t size) {
-    constexpr char kName[] = "FitFileOnLocalDrive";
+    constexpr char kFuncName[] = "FitFileOnLocalDrive";
     platform::DiskSpace space;
-    // Decided in 64 bits; a drive that does not tell its space is tried.
+    // Decided in 64 bits; a drive that does not tell its free space gets the benefit of the doubt.
     if (!ReadSpace(platform::CurrentFolder().c_str(), space) || space.freeBytes >= size) {
         return FTP_COMPLETE;
     }
-    DbgVsprintf(kName, "WARNING. %s does not fit. Returning 0", name);
+    DbgVsprintf(kFuncName, "WARNING. %s does not fit. Returning 0", name);
     const OwnedText text = Zarn_ResVsprintf(MSG_LARGER_THAN_DRIVE_SPACE, name, size, GetFreeSpaceForCurrentDrive());
     ShowMessageBox(text.c_str(), nullptr, BoxButtons::OkCancel, BoxIcon::Exclamation);
     return 0;

@@ -12,7 +12,6 @@
 #include "ftp/control/remote_commands.h"
 #include "ftp/control/reserved_names.h"
 #include "ftp/data/data_connection.h"
-#include "ftp/worker/session_state.h"
 #include "listing/directory_entry.h"
 #include "platform/files.h"
 #include "platform/system.h"
@@ -83,23 +82,10 @@ void StampTime(const std::string& path, FileTime time) {
     if (file != platform::kNoFile) platform::CloseFile(file);
 }
 
-// Receives the file's bytes under the temporary name.
-ItemOutcome Retrieve(TransferJob& job, TransferNode& node, const ReceiveTarget& target, char mode) {
-    const std::string command = "RETR " + DoublePercents(node.pszRemoteName.view());
-    char reply[kReplySize] = "";
-    ItemOutcome outcome;
-    platform::SetLastSystemError(0);
-    outcome.code = DlgRetrieveFile(job.site, node, reply, command.c_str(), target.temporaryPath.c_str(), mode,
-                                   gSession.transferAbort);
-    outcome.localError = platform::LastSystemError();
-    if (outcome.code != FTP_COMPLETE) outcome.code = node.iRetCode;
-    outcome.reply = reply;
-    return outcome;
-}
-
 // One try to fetch the file into the target. A failure has been shown, with the user's answer in the outcome.
-ItemOutcome FetchOnce(TransferJob& job, TransferNode& node, const ReceiveTarget& target, char mode) {
-    ItemOutcome outcome = Retrieve(job, node, target, mode);
+ItemOutcome FetchOnce(TransferJob& job, const TransferNode& node, const ReceiveTarget& target, char mode) {
+    const std::string command = "RETR " + DoublePercents(node.pszRemoteName.view());
+    ItemOutcome outcome = ReceiveItem(job.site, {command.c_str(), target.temporaryPath.c_str(), mode, node.iSize});
     if (outcome.code == FTP_COMPLETE) {
         StampTime(target.temporaryPath, node.time);
         outcome.localError = CommitReceiveTarget(job, target);
@@ -145,7 +131,7 @@ ItemOutcome EndWithoutTarget(TransferJob& job, const OpenedTarget& opened, const
     return outcome;
 }
 
-ItemOutcome Fetch(TransferJob& job, TransferNode& node, const std::string& name, char mode) {
+ItemOutcome Fetch(TransferJob& job, const TransferNode& node, const std::string& name, char mode) {
     const OpenedTarget opened = OpenTarget(job, node, name);
     if (opened.result != TargetResult::Ready) return EndWithoutTarget(job, opened, name);
     ItemOutcome outcome;

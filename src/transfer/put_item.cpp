@@ -11,8 +11,7 @@
 #include "foundation/trace.h"
 #include "ftp/control/remote_commands.h"
 #include "ftp/control/reply_buffer.h"
-#include "ftp/data/data_connection.h"
-#include "ftp/worker/session_state.h"
+#include "ftp/data/data_send.h"
 #include "listing/directory_entry.h"
 #include "listing/dot_entries.h"
 #include "transfer/item_steps.h"
@@ -80,23 +79,9 @@ bool ChooseRemoteName(TransferJob& job, TransferNode& node) {
     return true;
 }
 
-// Sends the file's bytes.
-ItemOutcome Store(TransferJob& job, TransferNode& node, char mode) {
-    char reply[kReplySize] = "";
-    SendFailure failure;
-    ItemOutcome outcome;
-    DlgSendFile(job.site, node, reply, mode, gSession.transferAbort, &failure);
-    outcome.code = node.iRetCode;
-    outcome.localError = failure.localError;
-    outcome.reply = reply;
-    outcome.answer = failure.answer;
-    outcome.told = failure.told;
-    return outcome;
-}
-
 // One try. A failure has been shown, with the user's answer in the outcome.
 ItemOutcome SendOnce(TransferJob& job, TransferNode& node, char mode) {
-    ItemOutcome outcome = Store(job, node, mode);
+    ItemOutcome outcome = SendItem(job.site, node, mode);
     if (outcome.code == FTP_COMPLETE || outcome.told) return outcome;
     const char* name = node.pszLocalName.c_str();
     if (outcome.localError != 0 && !job.Stopped()) {

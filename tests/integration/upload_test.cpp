@@ -5,7 +5,7 @@
 #include "ftp/control/control_connection.h"
 #include "ftp/control/remote_commands.h"
 #include "ftp/control/reply_buffer.h"
-#include "ftp/data/data_connection.h"
+#include "ftp/data/data_send.h"
 #include "ftp/errors/server_error.h"
 #include "ftp/worker/session_state.h"
 #include "integration/upload_fixture.h"

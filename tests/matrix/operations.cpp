@@ -4,7 +4,7 @@
 
 #include "config/host_types.h"
 #include "ftp/control/remote_commands.h"
-#include "ftp/data/data_connection.h"
+#include "ftp/data/data_send.h"
 #include "ftp/login/login.h"
 #include "ftp/worker/result_codes.h"
 #include "ftp/worker/session_state.h"

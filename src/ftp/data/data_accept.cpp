@@ -26,7 +26,7 @@ constexpr std::uint32_t kOvertakenMilliseconds = 2000;
 
 enum class Control { Quiet, Refusal, Overtaking, Closed };
 
-// What stands in the control connection, without taking it out.
+// What has arrived on the control connection, without reading it off.
 Control PeekControl(platform::Socket control) {
     const int readable = platform::WaitReadable(control, 0);
     if (readable == 0) return Control::Quiet;
@@ -38,7 +38,7 @@ Control PeekControl(platform::Socket control) {
     return code >= 400 ? Control::Refusal : Control::Overtaking;
 }
 
-// A connection from anybody else would let him read or write the file.
+// A connection from anybody else could read or replace the file.
 bool ComesFromServer(const char* callerName, Site* site, platform::Socket data, const platform::Endpoint& from) {
     const SocketRecord& record = *site->pSock;
     platform::Endpoint server;
@@ -119,15 +119,15 @@ int ReadFinalReply(const char* callerName, Site* site, ReplyBuffer reply) {
     return ClassOfCutReply(result, reply.data());
 }
 
-int OpenDataConnection(const char* callerName, Site* site, ReplyBuffer reply, const char* commandLine,
-                       const std::atomic<bool>& abort) {
+DataOpening OpenDataConnection(const char* callerName, Site* site, ReplyBuffer reply, const char* commandLine,
+                               const std::atomic<bool>& abort) {
     SocketRecord& record = *site->pSock;
     const int sent = command(site, reply, "%s", commandLine);
     if (ClassOfCutReply(sent, reply.data()) != kReplyPreliminary) {
         CloseStoredSocket(record.listen_skt, CloseHow::None);
         // A code that came in pieces: the server may have begun a transfer whose last word would be the next answer.
         if (sent == kNoUsableReply && LineIsUnfinished(site)) LoseControlConnection(callerName, site);
-        return StopRequested() ? FTP_ERROR : 0;
+        return {false, StopRequested() ? FTP_ERROR : 0};
     }
     Wait wait = Wait::Stopped;
     if (!abort && !StopRequested()) wait = WaitForConnection(callerName, site);
@@ -139,18 +139,18 @@ int OpenDataConnection(const char* callerName, Site* site, ReplyBuffer reply, co
     CloseStoredSocket(record.listen_skt, CloseHow::None);
     switch (wait) {
         case Wait::Accepted:
-            return kDataConnectionOpen;
+            return {true};
         case Wait::Refused: {
             const int result = ReadFinalReply(callerName, site, reply);
             // "Transfer complete" without a data connection: nothing was transferred.
-            return result == FTP_COMPLETE ? FTP_ERROR : result;
+            return {false, result == FTP_COMPLETE ? FTP_ERROR : result};
         }
         case Wait::Stopped:
             SettleCancelledTransfer(callerName, site, reply);
-            return FTP_ERROR;
+            return {false, FTP_ERROR};
         case Wait::Failed:
             break;
     }
     SettleCancelledTransfer(callerName, site, reply);
-    return SOCKET_ERROR;
+    return {false, SOCKET_ERROR};
 }

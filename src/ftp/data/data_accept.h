@@ -7,13 +7,16 @@
 #include "config/site.h"
 #include "ftp/control/reply_buffer.h"
 
-// Not a result code of the server: the data connection stands in pSock->data_skt.
-inline constexpr int kDataConnectionOpen = 1000;
-
-// kDataConnectionOpen, 0 when the server refused the command, the class of an error reply that came instead of the data
-// connection, SOCKET_ERROR, or FTP_ERROR on abort. The listener is closed in every case.
-int OpenDataConnection(const char* callerName, Site* site, ReplyBuffer reply, const char* commandLine,
-                       const std::atomic<bool>& abort);
+// Whether the data connection is open, in pSock->data_skt.
+struct DataOpening {
+    bool open = false;
+    // When it is not: 0 when the server refused the command, the class of an error reply that came instead of the data
+    // connection, SOCKET_ERROR, or FTP_ERROR on abort.
+    int code = 0;
+};
+// Sends the command and accepts the connection. The listener is closed in every case.
+DataOpening OpenDataConnection(const char* callerName, Site* site, ReplyBuffer reply, const char* commandLine,
+                               const std::atomic<bool>& abort);
 
 // The final reply of a transfer.
 int ReadFinalReply(const char* callerName, Site* site, ReplyBuffer reply);

@@ -6,21 +6,17 @@
 #include "foundation/catalogue.h"
 #include "foundation/error_report.h"
 #include "foundation/message_ids.h"
-#include "foundation/text_helpers.h"
 #include "foundation/trace.h"
 #include "ftp/control/control_connection.h"
 #include "ftp/control/late_reply.h"
 #include "ftp/control/reply_buffer.h"
-#include "ftp/control/reply_reader.h"
 #include "ftp/data/data_accept.h"
 #include "ftp/data/data_copy.h"
 #include "ftp/errors/error_texts.h"
 #include "ftp/worker/beeps.h"
-#include "ftp/worker/blocking_call.h"
 #include "ftp/worker/close_socket.h"
 #include "ftp/worker/result_codes.h"
 #include "ftp/worker/session_state.h"
-#include "ftp/worker/session_view.h"
 #include "platform/system.h"
 
 namespace {
@@ -28,13 +24,21 @@ namespace {
 // Off, the listener would wait without the server being told of it by PORT.
 constexpr bool kPortSwitch = true;
 
-// The two receiving families differ in their progress and in how a local failure is told.
+// One receiving command. The two families differ in their progress and in how a local failure ends.
 struct Reception {
     const char* caller;
+    Retrieval what;
+    const std::atomic<bool>& abort;
     bool showProgress;
-    std::uint64_t total;
     std::uint32_t localError = 0;  // out: system error of the local file
 };
+
+constexpr char kDlgFuncName[] = "DlgRetrieveFile";
+
+// The code of a user's transfer.
+int CodeOf(int result, std::uint32_t localError) {
+    return localError == platform::kErrorAccessDenied ? kLocalAccessDenied : result;
+}
 
 bool IsComplete(const CopyOutcome& outcome) {
     return outcome.reachedEnd && outcome.localError == 0;
@@ -59,24 +63,25 @@ int FinishReception(Site* site, ReplyBuffer reply, const CopyOutcome& outcome, R
     return outcome.bytes < 0 || result == FTP_COMPLETE ? SOCKET_ERROR : result;
 }
 
-int Receive(Site* site, ReplyBuffer reply, const char* commandText, const char* localFile, char type,
-            const std::atomic<bool>& abort, Reception& reception) {
+int Receive(Site* site, ReplyBuffer reply, Reception& reception) {
+    const Retrieval& what = reception.what;
     if (!HasControlSocket(site)) {
         DoPrintIdArgs(MSG_NO_CONTROL_SOCKET);
         return SOCKET_ERROR;
     }
-    if (abort) return FTP_ERROR;
-    SetRepresentationType(site, reply, type);
+    if (reception.abort) return FTP_ERROR;
+    SetRepresentationType(site, reply, what.type);
     const int listening = GetFTPListenSocket(site, reply);
     if (listening != FTP_COMPLETE) {
         CloseStoredSocket(site->pSock->listen_skt, CloseHow::None);
         BeepOnFailure();
         return listening;
     }
-    const int opened = OpenDataConnection(reception.caller, site, reply, ExpandOnceMore(commandText).c_str(), abort);
-    if (opened != kDataConnectionOpen) return opened;
+    const DataOpening opening =
+        OpenDataConnection(reception.caller, site, reply, ExpandOnceMore(what.commandText).c_str(), reception.abort);
+    if (!opening.open) return opening.code;
     SetReply(reply, "");
-    const CopyOutcome outcome = ReceiveFile(site, localFile, reception.showProgress, reception.total);
+    const CopyOutcome outcome = ReceiveFile(site, what.localFile, reception.showProgress, what.total);
     CloseStoredSocket(site->pSock->data_skt, CloseHow::Receive);
     return FinishReception(site, reply, outcome, reception);
 }
@@ -84,8 +89,8 @@ int Receive(Site* site, ReplyBuffer reply, const char* commandText, const char* 
 }  // namespace
 
 void SetRepresentationType(Site* site, ReplyBuffer reply, char type) {
-    // One type for all sites, 'A' from the start: the first text transfer sends no TYPE, as wanted.
-    // A new connection starts at 'A' again, whatever the last one was told: without the second test a binary file would
+    // Quirk: one type for all sites, 'A' from the start, so the first text transfer sends no TYPE, kept.
+    // A new connection starts at 'A' again, whatever the last one had: without the second test a binary file would
     // arrive changed.
     SocketRecord& record = *site->pSock;
     if (gSession.currentType == type && record.serverType == type) return;
@@ -139,18 +144,24 @@ int GetFTPListenSocket(Site* site, ReplyBuffer reply) {
 
 int RetrieveFile(Site* site, ReplyBuffer reply, const char* commandText, const char* localFile, char type,
                  const std::atomic<bool>& abort) {
-    Reception reception{"RetrieveFile", false, 0};
-    const int result = Receive(site, reply, commandText, localFile, type, abort, reception);
-    platform::SetLastSystemError(reception.localError);
-    return result;
+    Reception reception{"RetrieveFile", {commandText, localFile, type}, abort, false};
+    return Receive(site, reply, reception);
+}
+
+ItemOutcome ReceiveItem(Site* site, const Retrieval& what) {
+    char reply[kReplySize] = "";
+    Reception reception{kDlgFuncName, what, gSession.transferAbort, true};
+    ItemOutcome outcome;
+    outcome.code = CodeOf(Receive(site, reply, reception), reception.localError);
+    outcome.localError = reception.localError;
+    outcome.reply = reply;
+    return outcome;
 }
 
 int DlgRetrieveFile(Site* site, TransferNode& node, ReplyBuffer reply, const char* commandText, const char* localFile,
                     char type, const std::atomic<bool>& abort) {
-    Reception reception{"DlgRetrieveFile", true, node.iSize};
-    const int result = Receive(site, reply, commandText, localFile, type, abort, reception);
-    const bool denied = reception.localError == platform::kErrorAccessDenied;
-    node.iRetCode = denied ? kLocalAccessDenied : result;
-    platform::SetLastSystemError(reception.localError);
+    Reception reception{kDlgFuncName, {commandText, localFile, type, node.iSize}, abort, true};
+    const int result = Receive(site, reply, reception);
+    node.iRetCode = CodeOf(result, reception.localError);
     return result;
 }

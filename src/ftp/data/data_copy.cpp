@@ -11,6 +11,7 @@
 #include "ftp/control/reply_buffer.h"
 #include "ftp/data/dump_file.h"
 #include "ftp/data/transfer_buffer.h"
+#include "ftp/data/transfer_statistics.h"
 #include "ftp/errors/error_texts.h"
 #include "ftp/worker/beeps.h"
 #include "ftp/worker/blocking_call.h"
@@ -20,14 +21,16 @@
 
 namespace {
 
-// A transfer that a copy counts among the totals.
-constexpr std::uint64_t kCountedBytes = 1025;
-
 void AddToTotals(const TransferStatistics& statistics, std::uint64_t bytes) {
-    if (bytes < kCountedBytes) return;
+    if (bytes < kLongTransfer) return;
     gSession.totalSeconds += statistics.seconds;
     gSession.totalBytes += bytes;
     ++gSession.totalTransfers;
+}
+
+// The system error of the call that just failed, never 0.
+std::uint32_t FailedCallError() {
+    return std::max(platform::LastSystemError(), 1u);
 }
 
 // The loop itself. A write failure ends it: what the server still sends has nowhere to go.
@@ -49,9 +52,9 @@ void ReceiveLoop(platform::Socket socket, platform::FileHandle file, TransferBuf
             return;
         }
         const auto count = static_cast<std::size_t>(received);
-        // The pieces lie side by side, so that one call writes all that came.
+        // The pieces are adjacent, so one call writes all that came.
         if (!platform::WriteFile(file, {buffer.data(), count})) {
-            outcome.localError = std::max(platform::LastSystemError(), 1u);
+            outcome.localError = FailedCallError();
             return;
         }
         outcome.bytes += received;
@@ -59,42 +62,52 @@ void ReceiveLoop(platform::Socket socket, platform::FileHandle file, TransferBuf
     }
 }
 
-}  // namespace
-
-CopyOutcome ReceiveFile(Site* site, const char* localFile, bool showProgress, std::uint64_t total) {
-    constexpr char kFuncName[] = "ReadMass";
-    CopyOutcome outcome;
-    if (site == nullptr || site->pSock == nullptr || localFile == nullptr || *localFile == '\0') return outcome;
-    const platform::Socket socket = site->pSock->data_skt;
-    if (socket == platform::kNoSocket) return outcome;
-    const platform::FileHandle file = GetDumpFileHandle(kFuncName, localFile, platform::FileAccess::ReadWrite);
-    if (file == platform::kNoFile) {
-        outcome.localError = std::max(platform::LastSystemError(), 1u);
-        return outcome;
-    }
+// Copies into the open file and closes it; how long the copy took.
+std::uint32_t CopyAndClose(platform::Socket socket, platform::FileHandle file, TransferProgressMeter& meter,
+                           CopyOutcome& outcome) {
     TransferBuffer buffer(gZarn.port.packetSize);
-    TransferProgressMeter meter(showProgress, total);
     outcome.bytes = 0;
     const std::uint32_t startedAt = platform::TickCount();
     ReceiveLoop(socket, file, buffer, meter, outcome);
     const std::uint32_t elapsed = platform::TickCount() - startedAt;
-    if (!platform::CloseFile(file) && outcome.localError == 0)
-        outcome.localError = std::max(platform::LastSystemError(), 1u);
+    if (!platform::CloseFile(file) && outcome.localError == 0) outcome.localError = FailedCallError();
     meter.Finished(static_cast<std::uint64_t>(outcome.bytes));
+    return elapsed;
+}
+
+// Statistics, totals and a warning when less came than was announced.
+void ReportReception(const CopyOutcome& outcome, std::uint32_t elapsed, std::uint64_t total) {
+    const auto bytes = static_cast<std::uint64_t>(outcome.bytes);
+    // Quirk: a connection lost after a good write is printed as a success, kept. The final reply decides.
+    const bool succeeded = outcome.localError == 0;
+    const TransferStatistics statistics = ReceiveStatistics(bytes, elapsed, succeeded);
+    PrintStatistics(statistics, bytes);
+    if (succeeded) AddToTotals(statistics, bytes);
+    if (outcome.reachedEnd || bytes >= total) return;
+    DoPrintIdArgs(MSG_DATA_CONNECTION_SHORT, GroupDigits(std::to_string(bytes)), GroupDigits(std::to_string(total)));
+}
+
+}  // namespace
+
+CopyOutcome ReceiveFile(Site* site, const char* localFile, bool showProgress, std::uint64_t total) {
+    CopyOutcome outcome;
+    if (site == nullptr || site->pSock == nullptr || localFile == nullptr || *localFile == '\0') return outcome;
+    const platform::Socket socket = site->pSock->data_skt;
+    if (socket == platform::kNoSocket) return outcome;
+    // Every reception opens its file as a listing does; the trace shows it.
+    const platform::FileHandle file = GetDumpFileHandle("ReadMass", localFile, platform::FileAccess::ReadWrite);
+    if (file == platform::kNoFile) {
+        outcome.localError = FailedCallError();
+        return outcome;
+    }
+    TransferProgressMeter meter(showProgress, total);
+    const std::uint32_t elapsed = CopyAndClose(socket, file, meter, outcome);
     if (!outcome.reachedEnd && outcome.bytes == 0 && outcome.localError == 0) {
         BeepOnFailure();
         outcome.bytes = -1;
         return outcome;
     }
-    const auto bytes = static_cast<std::uint64_t>(outcome.bytes);
-    // A lost connection after a good write is told as a success here, as wanted; the final reply decides.
-    const bool succeeded = outcome.localError == 0;
-    const TransferStatistics statistics = ReceiveStatistics(bytes, elapsed, succeeded);
-    PrintStatistics(statistics, bytes);
-    if (succeeded) AddToTotals(statistics, bytes);
-    if (!outcome.reachedEnd && bytes < total)
-        DoPrintIdArgs(MSG_DATA_CONNECTION_SHORT, GroupDigits(std::to_string(bytes)),
-                      GroupDigits(std::to_string(total)));
+    ReportReception(outcome, elapsed, total);
     BeepAtEnd();
     return outcome;
 }

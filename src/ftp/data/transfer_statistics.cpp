@@ -1,11 +1,9 @@
+#include "ftp/data/transfer_statistics.h"
+
 #include "foundation/catalogue.h"
 #include "foundation/message_ids.h"
-#include "ftp/data/data_copy.h"
 
 namespace {
-
-// From here on a success is told in kilobytes a second, and a reception counts in the totals.
-constexpr std::uint64_t kLongTransfer = 1025;
 
 std::uint32_t WholeSeconds(std::uint32_t milliseconds) {
     return milliseconds <= 1000 ? 1 : milliseconds / 1000;

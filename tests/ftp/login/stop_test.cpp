@@ -8,6 +8,7 @@
 
 #include "ftp/control/remote_commands.h"
 #include "ftp/data/data_connection.h"
+#include "ftp/data/data_send.h"
 #include "ftp/login/connect_command.h"
 #include "ftp/login/connect_site.h"
 #include "ftp/worker/blocking_call.h"
