@@ -6,6 +6,7 @@
 #include "foundation/catalogue.h"
 #include "foundation/foundation_view.h"
 #include "foundation/message_ids.h"
+#include "foundation/text_compare.h"
 #include "foundation/trace.h"
 
 using platform::RegistryKey;
@@ -27,10 +28,6 @@ constexpr PortValue kPortValues[] = {
     {"FTPPORT", &PortInfo::ftpPort, 1, 3000, 0},
     {"PACKETSIZE", &PortInfo::packetSize, 256, 8096, 1024},
 };
-
-bool IsEmpty(const char* text) {
-    return text == nullptr || *text == '\0';
-}
 
 PortInfo ReadPort(const RegistryKey& key, bool checkRange) {
     PortInfo port;
@@ -88,7 +85,7 @@ PortInfo LoadDefaultPortInfo() {
 }
 
 PortInfo LoadPortInfo(const char* keyName) {
-    if (IsEmpty(keyName)) return LoadDefaultPortInfo();
+    if (IsMissing(keyName)) return LoadDefaultPortInfo();
     bool created = false;
     {
         const RegistryKey key = OpenStoreKey(keyName, &created);
@@ -101,7 +98,7 @@ PortInfo LoadPortInfo(const char* keyName) {
 }
 
 void SavePortInfo(const char* keyName, const PortInfo& port) {
-    RegistryKey key = OpenStoreKey(IsEmpty(keyName) ? kDefaultsKey : keyName, nullptr);
+    RegistryKey key = OpenStoreKey(IsMissing(keyName) ? kDefaultsKey : keyName, nullptr);
     if (!key.IsOpen()) return;
     for (const PortValue& value : kPortValues) {
         ReportFailedWrite("SavePortInfo", value.name, key.WriteNumber(value.name, port.*value.field));
@@ -120,7 +117,7 @@ ModeInfo LoadDefaultModeInfo() {
 }
 
 ModeInfo LoadModeInfo(const char* keyName) {
-    if (IsEmpty(keyName)) return LoadDefaultModeInfo();
+    if (IsMissing(keyName)) return LoadDefaultModeInfo();
     bool created = false;
     {
         const RegistryKey key = OpenStoreKey(keyName, &created);
@@ -133,7 +130,7 @@ ModeInfo LoadModeInfo(const char* keyName) {
 }
 
 void SaveModeInfo(const char* keyName, const ModeInfo& mode) {
-    RegistryKey key = OpenStoreKey(IsEmpty(keyName) ? kDefaultsKey : keyName, nullptr);
+    RegistryKey key = OpenStoreKey(IsMissing(keyName) ? kDefaultsKey : keyName, nullptr);
     if (!key.IsOpen()) return;
     const auto character = static_cast<std::uint8_t>(mode.mode);
     ReportFailedWrite("SaveModeInfo", "CASE", key.WriteNumber("CASE", static_cast<std::uint32_t>(mode.caseConversion)));

@@ -12,8 +12,9 @@
 #include "config/settings.h"
 #include "config/shell_classes.h"
 #include "foundation/catalogue.h"
+#include "foundation/display_name.h"
 #include "foundation/message_ids.h"
-#include "foundation/text_helpers.h"
+#include "foundation/text_compare.h"
 #include "foundation/trace.h"
 #include "platform/utf8.h"
 

@@ -1,7 +1,7 @@
 // Icon locations and the icons of types, as declared in file_types.h.
 #include "config/file_types.h"
 #include "foundation/foundation_view.h"
-#include "foundation/text_helpers.h"
+#include "foundation/number_text.h"
 #include "foundation/trace.h"
 
 IconView gIconView;

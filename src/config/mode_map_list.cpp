@@ -5,7 +5,7 @@
 
 #include "config/file_types.h"
 #include "config/shell_classes.h"
-#include "foundation/text_helpers.h"
+#include "foundation/text_compare.h"
 
 namespace {
 

@@ -4,11 +4,9 @@
 #include <cstdarg>
 #include <cstdio>
 
-#include "foundation/error_report.h"
-#include "foundation/foundation_view.h"
-#include "foundation/log_file.h"
+#include "foundation/error_text.h"
 #include "foundation/message_ids.h"
-#include "foundation/text_helpers.h"
+#include "foundation/text_copy.h"
 #include "foundation/trace.h"
 #include "platform/strings.h"
 #include "platform/system.h"
@@ -31,10 +29,6 @@ constexpr unsigned kPrintfMessages[] = {
 };
 
 CatalogueSource gSource = platform::LoadText;
-
-unsigned Address(const void* pointer) {
-    return static_cast<unsigned>(reinterpret_cast<std::uintptr_t>(pointer));
-}
 
 void TraceLoadFailure(const char* funcName, unsigned id) {
     const std::uint32_t error = platform::LastSystemError();
@@ -82,17 +76,17 @@ void RouteOverrun(int written, const std::string& text) {
 
 OwnedText ExpandAsPrintf(unsigned id, const std::string& text, bool hasPercentBang,
                          std::span<const MessageInsert> inserts) {
-    static const char funcName[] = "Zarn_ResVsprintf";
+    static constexpr char kFuncName[] = "Zarn_ResVsprintf";
     if (hasPercentBang) {
-        OutPutPrint(Zarn_Vsprintf(funcName, "WARNING String:%d Calling vsprintf() AND pPercentBang is NOT NULL",
+        OutPutPrint(Zarn_Vsprintf(kFuncName, "WARNING String:%d Calling vsprintf() AND pPercentBang is NOT NULL",
                                   static_cast<int>(id))
                         .get());
     } else {
-        DbgVsprintf(funcName, "String:%d Calling vsprintf()", static_cast<int>(id));
+        DbgVsprintf(kFuncName, "String:%d Calling vsprintf()", static_cast<int>(id));
     }
     std::string expansion = ExpandPrintf(text, inserts);
     if (expansion.empty()) {
-        RouteExpansionFailure(funcName, kTraceBuffer, text.c_str());
+        RouteExpansionFailure(kFuncName, kTraceBuffer, text.c_str());
         return {};
     }
     const int written = static_cast<int>(expansion.size());
@@ -107,31 +101,31 @@ OwnedText ExpandAsPrintf(unsigned id, const std::string& text, bool hasPercentBa
 
 OwnedText ExpandWithNumbers(unsigned id, const std::string& text, bool hasPercentBang,
                             std::span<const MessageInsert> inserts) {
-    static const char funcName[] = "Zarn_ResVsprintf";
+    static constexpr char kFuncName[] = "Zarn_ResVsprintf";
     if (!hasPercentBang) {
-        OutPutPrint(Zarn_Vsprintf(funcName, "WARNING String:%d Calling FormatMessage() AND pPercentBang is NULL",
+        OutPutPrint(Zarn_Vsprintf(kFuncName, "WARNING String:%d Calling FormatMessage() AND pPercentBang is NULL",
                                   static_cast<int>(id))
                         .get());
     } else {
-        DbgVsprintf(funcName, "String:%d Calling FormatMessage()", static_cast<int>(id));
+        DbgVsprintf(kFuncName, "String:%d Calling FormatMessage()", static_cast<int>(id));
     }
     std::string expansion;
     if (!ExpandNumbered(text, inserts, expansion) || expansion.empty()) return {};
     // A long insert costs its end, not the whole message.
-    CheckBounds(funcName, kNumberedBuffer, expansion);
+    CheckBounds(kFuncName, kNumberedBuffer, expansion);
     return DupString(expansion.c_str());
 }
 
 OwnedText LoadAndExpand(unsigned id, std::span<const MessageInsert> inserts) {
-    static const char funcName[] = "Zarn_ResVsprintf";
+    static constexpr char kFuncName[] = "Zarn_ResVsprintf";
     std::string text;
     if (!gSource(id, kLongestToFormat, text)) {
-        TraceLoadFailure(funcName, id);
+        TraceLoadFailure(kFuncName, id);
         return {};
     }
     // A long decimal counts as unknown here; only the printing routine knows it.
     const InsertClass insertClass = FirstInsertClass(text);
-    if (insertClass != InsertClass::LongDecimal) TraceClass(funcName, insertClass, text.c_str());
+    if (insertClass != InsertClass::LongDecimal) TraceClass(kFuncName, insertClass, text.c_str());
     const bool hasPercentBang = insertClass != InsertClass::None;
     return IsPrintfMessage(id) ? ExpandAsPrintf(id, text, hasPercentBang, inserts)
                                : ExpandWithNumbers(id, text, hasPercentBang, inserts);
@@ -139,38 +133,38 @@ OwnedText LoadAndExpand(unsigned id, std::span<const MessageInsert> inserts) {
 
 bool PrintfForPrinting(unsigned id, const std::string& text, bool isNumbered, std::span<const MessageInsert> inserts,
                        std::string& out) {
-    static const char funcName[] = "DoPrintIdArgs";
+    static constexpr char kFuncName[] = "DoPrintIdArgs";
     if (isNumbered) {
         // The full stop after the first word is wanted; the sibling text has none.
-        OutPutPrint(Zarn_Vsprintf(funcName, "WARNING. String:%d Calling vsprintf() AND pPercentBang is NOT NULL",
+        OutPutPrint(Zarn_Vsprintf(kFuncName, "WARNING. String:%d Calling vsprintf() AND pPercentBang is NOT NULL",
                                   static_cast<int>(id))
                         .get());
     } else {
-        DbgVsprintf(funcName, "String:%d Calling vsprintf()", static_cast<int>(id));
+        DbgVsprintf(kFuncName, "String:%d Calling vsprintf()", static_cast<int>(id));
     }
     out = ExpandPrintf(text, inserts);
     if (out.empty()) {
-        RouteExpansionFailure(funcName, kTextBuffer, text.c_str());
+        RouteExpansionFailure(kFuncName, kTextBuffer, text.c_str());
         return false;
     }
-    CheckBounds(funcName, kTraceBuffer, out);
+    CheckBounds(kFuncName, kTraceBuffer, out);
     return true;
 }
 
 bool NumberedForPrinting(unsigned id, const std::string& text, bool isNumbered, std::span<const MessageInsert> inserts,
                          std::string& out) {
-    static const char funcName[] = "DoPrintIdArgs";
+    static constexpr char kFuncName[] = "DoPrintIdArgs";
     if (!isNumbered) {
-        OutPutPrint(Zarn_Vsprintf(funcName,
+        OutPutPrint(Zarn_Vsprintf(kFuncName,
                                   "WARNING String:%d Calling FormatMessage() AND bFormatedForFormatMessage is FALSE",
                                   static_cast<int>(id))
                         .get());
     } else {
-        DbgVsprintf(funcName, "String:%d Calling FormatMessage()", static_cast<int>(id));
+        DbgVsprintf(kFuncName, "String:%d Calling FormatMessage()", static_cast<int>(id));
     }
     if (ExpandNumbered(text, inserts, out) && !out.empty()) return true;
     const OwnedText errorText = GetErrorText(platform::kErrorInvalidParameter);
-    OutPutPrint(FormatBounded(funcName, kTraceBuffer, "%s(%s) FormatMessage() Failed for ID:%d. Err:%d:%s", funcName,
+    OutPutPrint(FormatBounded(kFuncName, kTraceBuffer, "%s(%s) FormatMessage() Failed for ID:%d. Err:%d:%s", kFuncName,
                               text.c_str(), static_cast<int>(id), static_cast<int>(platform::kErrorInvalidParameter),
                               errorText.c_str())
                     .c_str());
@@ -180,17 +174,17 @@ bool NumberedForPrinting(unsigned id, const std::string& text, bool isNumbered, 
 }  // namespace
 
 OwnedText Zarn_ResString(unsigned id) {
-    static const char funcName[] = "Zarn_ResString";
-    DbgVsprintf(funcName, "Entered. StringID:%d", static_cast<int>(id));
+    static constexpr char kFuncName[] = "Zarn_ResString";
+    DbgVsprintf(kFuncName, "Entered. StringID:%d", static_cast<int>(id));
     std::string text;
     if (!gSource(id, kLongestText, text)) {
         // The error's own text stays untold here, as wanted: callers report it.
-        DbgVsprintf(funcName, "ERROR. Returning NULL");
+        DbgVsprintf(kFuncName, "ERROR. Returning NULL");
         return {};
     }
     OwnedText copy = DupString(text.c_str());
     // The stray parenthesis is part of the text.
-    DbgVsprintf(funcName, "Done. Returning %x, Length %d)", Address(copy.get()), static_cast<int>(text.size()));
+    DbgVsprintf(kFuncName, "Done. Returning %x, Length %d)", TraceAddress(copy.get()), static_cast<int>(text.size()));
     return copy;
 }
 
@@ -215,7 +209,7 @@ bool IsPrintfMessageForPrinting(unsigned id) {
 
 OwnedText ExpandCatalogueText(unsigned id, std::span<const MessageInsert> inserts) {
     OwnedText expansion = LoadAndExpand(id, inserts);
-    DbgVsprintf("Zarn_ResVsprintf", "Done. Returning %x (%d bytes)", Address(expansion.get()),
+    DbgVsprintf("Zarn_ResVsprintf", "Done. Returning %x (%d bytes)", TraceAddress(expansion.get()),
                 static_cast<int>(expansion.view().size()) + 1);
     return expansion;
 }
@@ -226,11 +220,11 @@ std::string FormatCatalogueText(unsigned id, std::span<const MessageInsert> inse
 }
 
 void PrintCatalogueText(unsigned id, std::span<const MessageInsert> inserts) {
-    static const char funcName[] = "DoPrintIdArgs";
+    static constexpr char kFuncName[] = "DoPrintIdArgs";
     if (!gTrace.Any()) return;
     std::string text;
     if (!gSource(id, kLongestToPrint, text)) {
-        TraceLoadFailure(funcName, id);
+        TraceLoadFailure(kFuncName, id);
         return;
     }
     // Unlike the sibling, which takes the first "%1!", this one looks at the first percent sign only.
@@ -238,9 +232,9 @@ void PrintCatalogueText(unsigned id, std::span<const MessageInsert> inserts) {
     const bool isNumbered = percent != std::string::npos && text.compare(percent, 3, "%1!") == 0;
     if (isNumbered) {
         const InsertClass insertClass = FirstInsertClass(text);
-        TraceClass(funcName, insertClass, text.c_str());
+        TraceClass(kFuncName, insertClass, text.c_str());
         if (insertClass == InsertClass::Unknown) {
-            OutPutPrint(FormatBounded(funcName, kTextBuffer,
+            OutPutPrint(FormatBounded(kFuncName, kTextBuffer,
                                       "ERROR. First Format arg for FormatMessage() is UNKNOWN. (%s)", text.c_str())
                             .c_str());
             return;
@@ -250,8 +244,30 @@ void PrintCatalogueText(unsigned id, std::span<const MessageInsert> inserts) {
     const bool expanded = IsPrintfMessageForPrinting(id) ? PrintfForPrinting(id, text, isNumbered, inserts, line)
                                                          : NumberedForPrinting(id, text, isNumbered, inserts, line);
     if (!expanded) return;
-    if (gTrace.verbose) PrintToConsole(line.c_str());
-    if (gTrace.logging) LogfilePrint(line.c_str());
+    PrintUnstamped(line.c_str());
+}
+
+void DbgTraceMessage(const char* funcName, unsigned id, std::span<const MessageInsert> inserts) {
+    if (!gTrace.Any()) return;
+    const OwnedText text = Zarn_ResString(id);
+    if (!text) {
+        const std::uint32_t error = platform::LastSystemError();
+        const OwnedText errorText = GetErrorText(error);
+        if (!errorText) return;
+        OutPutPrint(FormatBounded("DbgVsprintfID", kTraceBuffer, "%s(%s) LoadString() Failed for ID:%d. Err:%d:%s",
+                                  "DbgVsprintfID", funcName != nullptr ? funcName : "(null)", static_cast<int>(id),
+                                  static_cast<int>(error), errorText.get())
+                        .c_str());
+        return;
+    }
+    std::string message;
+    if (!ExpandNumbered(text.view(), inserts, message) || message.empty()) {
+        OutPutPrint(FormatBounded("DbgVsprintfID", kTextBuffer, "%s() Call to FormatMessage(Format:%s) failed.",
+                                  "DbgVsprintfID", text.get())
+                        .c_str());
+        return;
+    }
+    RouteStamped(funcName, message.c_str());
 }
 
 void DoAddLine(unsigned id) {

@@ -8,6 +8,8 @@
 
 #include "foundation/message_expansion.h"
 #include "foundation/owned_text.h"
+#include "foundation/printf_check.h"
+#include "foundation/trace.h"
 
 // A fresh copy of the catalogue text, cut to 1023 characters; null when there is none.
 OwnedText Zarn_ResString(unsigned id);
@@ -42,8 +44,17 @@ void DoPrintIdArgs(unsigned id, const Values&... values) {
     PrintCatalogueText(id, std::span(inserts, sizeof...(values)));
 }
 
+// Traces message `id` with numbered inserts, stamped as DbgVsprintf does.
+void DbgTraceMessage(const char* funcName, unsigned id, std::span<const MessageInsert> inserts);
+template <class... Values>
+void DbgVsprintfID(const char* funcName, unsigned id, const Values&... values) {
+    if (!gTrace.Any()) return;
+    const MessageInsert inserts[] = {MessageInsert(values)..., MessageInsert()};
+    DbgTraceMessage(funcName, id, std::span(inserts, sizeof...(values)));
+}
+
 // Routes a catalogue text without inserts, or a given text (null: nothing), through OutPutPrint.
 void DoAddLine(unsigned id);
 void DoAddLine(const char* text);
 // Expands a printf-style format and routes it without the stamp.
-void DoPrintArgs(const char* format, ...) __attribute__((format(printf, 1, 2)));
+void DoPrintArgs(const char* format, ...) ZARN_PRINTF(1, 2);

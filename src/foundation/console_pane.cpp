@@ -179,8 +179,8 @@ void DestroyConsole(HWND parent) {
 }  // namespace
 
 bool CreateFtpConsole(WindowHandle parent) {
-    static const char funcName[] = "CreateFtpConsole";
-    DbgVsprintf(funcName, "Entered");
+    static constexpr char kFuncName[] = "CreateFtpConsole";
+    DbgVsprintf(kFuncName, "Entered");
     if (gConsole.window != nullptr) return true;
     gConsole.appendPosition = 0;
     gConsole.lineCount = 0;
@@ -193,8 +193,8 @@ bool CreateFtpConsole(WindowHandle parent) {
         CreateWindowExW(0, L"EDIT", L"", style, 0, 0, area.right, area.bottom, parent,
                         reinterpret_cast<HMENU>(static_cast<INT_PTR>(IDC_CONSOLE)), GetModuleHandleW(nullptr), nullptr);
     if (window == nullptr) {
-        DbgPrintApiError(funcName, "CreateWindowEx()", platform::LastSystemError());
-        DbgVsprintf(funcName, "ERROR. Returning FALSE");
+        DbgPrintApiError(kFuncName, "CreateWindowEx()", platform::LastSystemError());
+        DbgVsprintf(kFuncName, "ERROR. Returning FALSE");
         return false;
     }
     SetWindowSubclass(window, ConsoleProc, kSubclassId, 0);
@@ -206,7 +206,7 @@ bool CreateFtpConsole(WindowHandle parent) {
     Send(EM_SETLIMITTEXT);
     ApplyFont();
     RefreshCounts();
-    DbgVsprintf(funcName, "Done. Returning TRUE");
+    DbgVsprintf(kFuncName, "Done. Returning TRUE");
     return true;
 }
 
@@ -216,8 +216,8 @@ void SetConsoleFont(void* font) {
 }
 
 void Zarn_ShowConsole(WindowHandle parent, bool toggle) {
-    static const char funcName[] = "Zarn_ShowConsole";
-    DbgVsprintf(funcName, "Entered");
+    static constexpr char kFuncName[] = "Zarn_ShowConsole";
+    DbgVsprintf(kFuncName, "Entered");
     if (toggle && gConsole.window != nullptr) {
         DestroyConsole(parent);
     } else if (CreateFtpConsole(parent)) {
@@ -227,7 +227,7 @@ void Zarn_ShowConsole(WindowHandle parent, bool toggle) {
     RECT area = {};
     GetClientRect(parent, &area);
     SendMessageW(parent, WM_SIZE, SIZE_RESTORED, MAKELPARAM(area.right, area.bottom));
-    DbgVsprintf(funcName, "Done. Returning");
+    DbgVsprintf(kFuncName, "Done. Returning");
 }
 
 WindowHandle ConsoleWindow() {

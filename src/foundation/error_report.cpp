@@ -3,8 +3,8 @@
 #include <string>
 
 #include "foundation/catalogue.h"
+#include "foundation/error_text.h"
 #include "foundation/foundation_view.h"
-#include "foundation/log_file.h"
 #include "foundation/message_ids.h"
 #include "foundation/trace.h"
 #include "platform/system.h"
@@ -32,22 +32,13 @@ void PrintSystemError(const char* reporter, const char* callerName, unsigned mes
 
 }  // namespace
 
-OwnedText GetErrorText(std::uint32_t error) {
-    const std::uint32_t last = platform::LastSystemError();
-    const std::string text = platform::SystemErrorText(error != 0 ? error : last);
-    OwnedText copy;
-    if (!text.empty()) copy = OwnedText::Copy(text);
-    platform::SetLastSystemError(last);
-    return copy;
-}
-
 void PrintErrorLine(const char* callerName, const char* text) {
     const std::uint32_t last = platform::LastSystemError();
     const std::string line = FormatBounded("PrintErrorLine", kTraceBuffer, "ZARN:(%x) %s() %s",
                                            static_cast<unsigned>(platform::CurrentThreadId()), callerName, text);
-    // The line is for the console in any case: the router's filter would keep it back.
+    // Straight to the console: the filter of OutPutPrint would hide it there.
     if (gTrace.Any()) Zarn_DebuggerPrint(line.c_str());
-    if (gTrace.logging) LogfilePrint(line.c_str());
+    if (gTrace.logging) gTraceSinks.writeLog(line.c_str());
     PrintToConsole(line.c_str());
     platform::SetLastSystemError(last);
 }

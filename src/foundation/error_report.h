@@ -3,10 +3,6 @@
 
 #include <cstdint>
 
-#include "foundation/owned_text.h"
-
-// The system's text for `error` (0: the calling thread's last error) in US English; null when there is none.
-OwnedText GetErrorText(std::uint32_t error);
 // "ZARN:(thread) caller() ..." lines on the console; nothing for error 0. The last system error is kept.
 void DbgPrintApiError(const char* callerName, const char* callName, std::uint32_t error);
 void DbgFileCreateError(const char* callerName, const char* fileName, std::uint32_t error);

@@ -112,36 +112,36 @@ const char* MonthName(int month) {
 }
 
 bool Zarn_GetTimeStamp(const char* callerName, const CalendarTime* given, FileTime* result, TimeStampKind how) {
-    static const char funcName[] = "Zarn_GetTimeStamp";
-    DbgVsprintf(funcName, "Entered from %s", NameOf(callerName));
+    static constexpr char kFuncName[] = "Zarn_GetTimeStamp";
+    DbgVsprintf(kFuncName, "Entered from %s", NameOf(callerName));
     if (result == nullptr || (how == TimeStampKind::Given && given == nullptr)) {
-        DbgVsprintf(funcName, "ERROR. Entered with NULL parameter. Returning FALSE");
+        DbgVsprintf(kFuncName, "ERROR. Entered with NULL parameter. Returning FALSE");
         return false;
     }
     CalendarTime calendar{.year = kFirstYear, .month = 1, .day = 1};
     if (how == TimeStampKind::Now) calendar = platform::LocalTimeNow();
     if (how == TimeStampKind::Given) calendar = *given;
     if (!CalendarToFileTime(calendar, *result)) {
-        DbgVsprintf(funcName, "ERROR. The time is impossible. Returning FALSE");
+        DbgVsprintf(kFuncName, "ERROR. The time is impossible. Returning FALSE");
         return false;
     }
-    DbgVsprintf(funcName, "Done. Returning TRUE");
+    DbgVsprintf(kFuncName, "Done. Returning TRUE");
     return true;
 }
 
 bool Zarn_IncrementTimeStamp(const char* callerName, FileTime* time, unsigned milliseconds) {
-    static const char funcName[] = "Zarn_IncrementTimeStamp";
-    DbgVsprintf(funcName, "Entered from %s", NameOf(callerName));
+    static constexpr char kFuncName[] = "Zarn_IncrementTimeStamp";
+    DbgVsprintf(kFuncName, "Entered from %s", NameOf(callerName));
     CalendarTime calendar;
     if (time == nullptr || milliseconds >= 1000 || !FileTimeToCalendar(*time, calendar)) {
-        DbgVsprintf(funcName, "ERROR. Invalid Parameter passed in. Returning FALSE");
+        DbgVsprintf(kFuncName, "ERROR. Invalid Parameter passed in. Returning FALSE");
         return false;
     }
     AddMilliseconds(calendar, milliseconds);
     if (!CalendarToFileTime(calendar, *time)) {
-        DbgVsprintf(funcName, "ERROR. The time is impossible. Returning FALSE");
+        DbgVsprintf(kFuncName, "ERROR. The time is impossible. Returning FALSE");
         return false;
     }
-    DbgVsprintf(funcName, "Done. Returning TRUE");
+    DbgVsprintf(kFuncName, "Done. Returning TRUE");
     return true;
 }

@@ -87,13 +87,13 @@ void LogfilePrint(const char* text) {
 }
 
 platform::FileHandle GetLogfileHandle(const char* fileName) {
-    static const char funcName[] = "GetLogfileHandle";
+    static constexpr char kFuncName[] = "GetLogfileHandle";
     // Runs inside LogfilePrint, so it traces its road in debug mode only.
     const bool debug = gTrace.debug;
-    if (debug) DbgVsprintf(funcName, "Entered");
+    if (debug) DbgVsprintf(kFuncName, "Entered");
     if (fileName == nullptr || *fileName == '\0') {
         const std::string text =
-            FormatBounded(funcName, kPathBuffer, "%s(ERROR) Null Parameter passed in. Returning %x\r\n", funcName,
+            FormatBounded(kFuncName, kPathBuffer, "%s(ERROR) Null Parameter passed in. Returning %x\r\n", kFuncName,
                           static_cast<unsigned>(platform::kNoFile));
         if (gTrace.verbose) PrintToConsole(text.c_str());
         Zarn_DebuggerPrint(text.c_str());
@@ -105,10 +105,10 @@ platform::FileHandle GetLogfileHandle(const char* fileName) {
                                       .disposition = platform::FileDisposition::OpenAlways,
                                       .writeThrough = debug});
     if (file == platform::kNoFile) {
-        DbgFileCreateError(funcName, fileName, platform::LastSystemError());
+        DbgFileCreateError(kFuncName, fileName, platform::LastSystemError());
         return platform::kNoFile;
     }
-    if (debug) DbgVsprintf(funcName, "CreateFile(%s) SUCCESS. Returning (%x)", fileName, static_cast<unsigned>(file));
+    if (debug) DbgVsprintf(kFuncName, "CreateFile(%s) SUCCESS. Returning (%x)", fileName, static_cast<unsigned>(file));
     platform::SetLastSystemError(0);
     return file;
 }

@@ -4,14 +4,12 @@
 #include <charconv>
 #include <cstdio>
 
+#include "foundation/ascii.h"
+
 namespace {
 
 // A catalogue text or a translated one may ask for any width; nobody needs more.
 constexpr int kWidest = 500;
-
-bool IsDigit(char c) {
-    return c >= '0' && c <= '9';
-}
 
 // One printf conversion without its percent sign.
 struct Conversion {

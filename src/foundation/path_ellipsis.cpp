@@ -17,15 +17,15 @@ std::string Join(std::string_view front, char separator, std::string_view last) 
 }  // namespace
 
 std::string Zarn_TuncateAndAddEllipses(std::string_view path, int width, const MeasureText& measure) {
-    static const char funcName[] = "Zarn_TuncateAndAddEllipses";
-    DbgVsprintf(funcName, "Entered");
+    static constexpr char kFuncName[] = "Zarn_TuncateAndAddEllipses";
+    DbgVsprintf(kFuncName, "Entered");
     const int needed = measure(path);
     if (needed <= width) return std::string(path);
-    DbgVsprintf(funcName, "String x:%d will NOT fit in Window x:%d", needed, width);
+    DbgVsprintf(kFuncName, "String x:%d will NOT fit in Window x:%d", needed, width);
 
     const std::size_t last = path.find_last_of("/\\");
     if (last == std::string_view::npos) {
-        DbgVsprintf(funcName, "ERROR. String doesn't have a path Separator. Returning NULL");
+        DbgVsprintf(kFuncName, "ERROR. String doesn't have a path Separator. Returning NULL");
         return {};
     }
     const char separator = path[last];
@@ -37,6 +37,6 @@ std::string Zarn_TuncateAndAddEllipses(std::string_view path, int width, const M
         text = Join(front, separator, lastComponent);
         if (measure(text) <= width) break;
     }
-    DbgVsprintf(funcName, "Done. Returning %s", text.c_str());
+    DbgVsprintf(kFuncName, "Done. Returning %s", text.c_str());
     return text;
 }

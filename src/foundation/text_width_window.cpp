@@ -32,18 +32,18 @@ int Measure(HWND window, std::string_view text) {
 }  // namespace
 
 int ZarnGetStringWidth(WindowHandle window, std::string_view text) {
-    static const char funcName[] = "ZarnGetStringWidth";
-    DbgVsprintf(funcName, "Entered");
+    static constexpr char kFuncName[] = "ZarnGetStringWidth";
+    DbgVsprintf(kFuncName, "Entered");
     int width = 0;
     if (window == nullptr || text.empty()) {
-        DbgVsprintf(funcName, "ERROR: Invalid Parameter passed in.");
+        DbgVsprintf(kFuncName, "ERROR: Invalid Parameter passed in.");
     } else {
         width = Measure(window, text);
     }
     if (width != 0) {
-        DbgVsprintf(funcName, "Returning %d", width);
+        DbgVsprintf(kFuncName, "Returning %d", width);
     } else {
-        DbgVsprintf(funcName, "Warning: Returning ZERO");
+        DbgVsprintf(kFuncName, "Warning: Returning ZERO");
     }
     return width;
 }

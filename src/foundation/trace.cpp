@@ -4,17 +4,19 @@
 #include <cstdio>
 #include <cstring>
 
-#include "foundation/catalogue.h"
-#include "foundation/error_report.h"
-#include "foundation/foundation_view.h"
-#include "foundation/log_file.h"
+#include "foundation/ascii.h"
 #include "platform/system.h"
 #include "platform/threads.h"
 
 TraceSwitches gTrace;
+constinit TraceSinks gTraceSinks;
 BoundsPair gBounds;
 
 namespace {
+
+const char* NameOrNull(const char* text) {
+    return text != nullptr ? text : "(null)";
+}
 
 // A text cut to its buffer and the length it would have had.
 struct Formatted {
@@ -22,7 +24,7 @@ struct Formatted {
     int length = -1;
 };
 
-__attribute__((format(printf, 1, 0))) Formatted Format(const char* format, va_list arguments) {
+ZARN_PRINTF(1, 0) Formatted Format(const char* format, va_list arguments) {
     char buffer[kTraceBuffer] = "";
     const int length = std::vsnprintf(buffer, sizeof buffer, format, arguments);
     return {length > 0 ? buffer : "", length};
@@ -30,20 +32,6 @@ __attribute__((format(printf, 1, 0))) Formatted Format(const char* format, va_li
 
 int CountOf(std::size_t size) {
     return static_cast<int>(size);
-}
-
-void RouteStamped(const char* funcName, const char* message) {
-    static const char stamp[] = "Zarn:(%x,%x) %s() %s";
-    // The numbers need less than the conversions they replace and the 16 characters more.
-    const std::size_t length = std::strlen(message) + std::strlen(funcName) + std::strlen(stamp) + 16;
-    OwnedText line = OwnedText::Copy("", length + 1);
-    if (!line) {
-        OutPutPrint(message);
-        return;
-    }
-    std::snprintf(line.data(), length + 1, stamp, static_cast<unsigned>(platform::CurrentProcessId()),
-                  static_cast<unsigned>(platform::CurrentThreadId()), funcName, message);
-    OutPutPrint(line.get());
 }
 
 void RecordBounds(std::size_t capacity, int written) {
@@ -61,10 +49,6 @@ void ReportOverrun(const char* funcName, std::size_t capacity, int written, cons
     RouteStamped(funcName, message.c_str());
 }
 
-const char* NameOrNull(const char* text) {
-    return text != nullptr ? text : "(null)";
-}
-
 }  // namespace
 
 void DbgVsprintf(const char* funcName, const char* format, ...) {
@@ -80,45 +64,37 @@ void DbgVsprintf(const char* funcName, const char* format, ...) {
                         .c_str());
         return;
     }
-    ReportOverrun(NameOrNull(funcName), kTraceBuffer, message.length, message.text);
-    RouteStamped(NameOrNull(funcName), message.text.c_str());
+    ReportOverrun(funcName, kTraceBuffer, message.length, message.text);
+    RouteStamped(funcName, message.text.c_str());
 }
 
-void DbgTraceMessage(const char* funcName, unsigned messageId, std::span<const MessageInsert> inserts) {
-    if (!gTrace.Any()) return;
-    const OwnedText text = Zarn_ResString(messageId);
-    if (!text) {
-        const std::uint32_t error = platform::LastSystemError();
-        const OwnedText errorText = GetErrorText(error);
-        if (!errorText) return;
-        OutPutPrint(FormatBounded("DbgVsprintfID", kTraceBuffer, "%s(%s) LoadString() Failed for ID:%d. Err:%d:%s",
-                                  "DbgVsprintfID", NameOrNull(funcName), static_cast<int>(messageId),
-                                  static_cast<int>(error), errorText.get())
-                        .c_str());
+void RouteStamped(const char* funcName, const char* message) {
+    funcName = NameOrNull(funcName);
+    static const char stamp[] = "Zarn:(%x,%x) %s() %s";
+    // The numbers need less than the conversions they replace and the 16 characters more.
+    const std::size_t length = std::strlen(message) + std::strlen(funcName) + std::strlen(stamp) + 16;
+    OwnedText line = OwnedText::Copy("", length + 1);
+    if (!line) {
+        OutPutPrint(message);
         return;
     }
-    std::string message;
-    if (!ExpandNumbered(text.view(), inserts, message) || message.empty()) {
-        OutPutPrint(FormatBounded("DbgVsprintfID", kTextBuffer, "%s() Call to FormatMessage(Format:%s) failed.",
-                                  "DbgVsprintfID", text.get())
-                        .c_str());
-        return;
-    }
-    RouteStamped(NameOrNull(funcName), message.c_str());
+    std::snprintf(line.data(), length + 1, stamp, static_cast<unsigned>(platform::CurrentProcessId()),
+                  static_cast<unsigned>(platform::CurrentThreadId()), funcName, message);
+    OutPutPrint(line.get());
 }
 
 OwnedText Zarn_Vsprintf(const char* funcName, const char* format, ...) {
-    static const char ownName[] = "Zarn_Vsprintf";
+    static constexpr char kFuncName[] = "Zarn_Vsprintf";
     if (funcName == nullptr) {
-        DbgVsprintf(ownName, "ERROR. Entered with NULL First Param");
+        DbgVsprintf(kFuncName, "ERROR. Entered with NULL First Param");
         return {};
     }
     if (std::string_view(funcName).find('%') != std::string_view::npos) {
-        OutPutPrint(Zarn_Vsprintf(ownName, "Invalid Char in FuncName(%s). Returning NULL", funcName).get());
+        OutPutPrint(Zarn_Vsprintf(kFuncName, "Invalid Char in FuncName(%s). Returning NULL", funcName).get());
         return {};
     }
     if (format == nullptr) {
-        DbgVsprintf(ownName, "ERROR. Entered with NULL Second Param");
+        DbgVsprintf(kFuncName, "ERROR. Entered with NULL Second Param");
         return {};
     }
     va_list arguments;
@@ -127,8 +103,8 @@ OwnedText Zarn_Vsprintf(const char* funcName, const char* format, ...) {
     va_end(arguments);
     RecordBounds(kTraceBuffer, result.length);
     if (result.length < 1) {
-        OutPutPrint(FormatBounded(ownName, kTraceBuffer, "%s(%s) Call to vsprintf(buf, %s, vaArgs) failed.", ownName,
-                                  funcName, format)
+        OutPutPrint(FormatBounded(kFuncName, kTraceBuffer, "%s(%s) Call to vsprintf(buf, %s, vaArgs) failed.",
+                                  kFuncName, funcName, format)
                         .c_str());
         return {};
     }
@@ -138,10 +114,10 @@ OwnedText Zarn_Vsprintf(const char* funcName, const char* format, ...) {
     if (!copy) {
         const std::uint32_t error = platform::LastSystemError();
         // The missing closing parenthesis is part of the text.
-        OutPutPrint(FormatBounded(ownName, kPathBuffer, "Zarn_Vsprintf( LocalAlloc(%d) Failed!",
+        OutPutPrint(FormatBounded(kFuncName, kPathBuffer, "Zarn_Vsprintf( LocalAlloc(%d) Failed!",
                                   CountOf(result.text.size() + 1))
                         .c_str());
-        DbgPrintApiError(ownName, "LocalAlloc()", error);
+        gTraceSinks.reportApiError(kFuncName, "LocalAlloc()", error);
     }
     return copy;
 }
@@ -168,7 +144,7 @@ void CheckBounds(const char* funcName, std::size_t capacity, std::string& text) 
     RecordBounds(capacity, written);
     if (text.size() < capacity) return;
     text.resize(capacity > 0 ? capacity - 1 : 0);
-    ReportOverrun(NameOrNull(funcName), capacity, written, text);
+    ReportOverrun(funcName, capacity, written, text);
 }
 
 void OutPutPrint(const char* line) {
@@ -176,9 +152,14 @@ void OutPutPrint(const char* line) {
     // A trace between a failed call and the question for its error must not change the answer.
     const std::uint32_t last = platform::LastSystemError();
     Zarn_DebuggerPrint(line);
-    if (gTrace.logging) LogfilePrint(line);
-    if (gTrace.verbose && (gTrace.debug || *line == '[' || IsReplyLine(line))) PrintToConsole(line);
+    if (gTrace.logging) gTraceSinks.writeLog(line);
+    if (gTrace.verbose && (gTrace.debug || *line == '[' || IsReplyLine(line))) gTraceSinks.printToConsole(line);
     platform::SetLastSystemError(last);
+}
+
+void PrintUnstamped(const char* line) {
+    if (gTrace.verbose) gTraceSinks.printToConsole(line);
+    if (gTrace.logging) gTraceSinks.writeLog(line);
 }
 
 void Zarn_DebuggerPrint(const char* text) {
@@ -191,7 +172,7 @@ bool IsReplyLine(std::string_view text) {
     if (text.size() < 5) return false;
     int code = 0;
     for (const char digit : text.substr(0, 3)) {
-        if (digit < '0' || digit > '9') return false;
+        if (!IsDigit(digit)) return false;
         code = code * 10 + (digit - '0');
     }
     return code >= 100 && code <= 599 && (text[3] == ' ' || text[3] == '-');

@@ -4,13 +4,14 @@
 
 #include <atomic>
 #include <cstddef>
-#include <span>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
-#include "foundation/message_expansion.h"
 #include "foundation/owned_text.h"
+#include "foundation/printf_check.h"
 
+// Read on every trace, by any thread.
 struct TraceSwitches {
     std::atomic<bool> logging{false};  // lines go to the log file
     std::atomic<bool> verbose{false};  // lines go to the console, filtered
@@ -21,6 +22,16 @@ struct TraceSwitches {
     }
 };
 extern TraceSwitches gTrace;
+
+// Where lines go besides the debugger stream, and how a failed system call is reported. Filled in once at start-up
+// (trace_sinks.h), called from any thread.
+struct TraceSinks {
+    void (*writeLog)(const char* line) = [](const char*) {};
+    void (*printToConsole)(const char* text) = [](const char*) {};
+    void (*reportApiError)(const char* callerName, const char* callName,
+                           std::uint32_t error) = [](const char*, const char*, std::uint32_t) {};
+};
+extern TraceSinks gTraceSinks;
 
 // Limit of the buffer last formatted into (its capacity less one) and what the last format would have written. Shared
 // by all threads without a lock: a lost update only changes a diagnostic.
@@ -36,31 +47,29 @@ inline constexpr std::size_t kTextBuffer = 520;
 inline constexpr std::size_t kPathBuffer = 260;
 
 // Stamps a printf-style message with process, thread and `funcName` and routes it.
-void DbgVsprintf(const char* funcName, const char* format, ...) __attribute__((format(printf, 2, 3)));
-
-// The same for a catalogue message with numbered inserts.
-void DbgTraceMessage(const char* funcName, unsigned messageId, std::span<const MessageInsert> inserts);
-template <class... Values>
-void DbgVsprintfID(const char* funcName, unsigned messageId, const Values&... values) {
-    if (!gTrace.Any()) return;
-    const MessageInsert inserts[] = {MessageInsert(values)..., MessageInsert()};
-    DbgTraceMessage(funcName, messageId, std::span(inserts, sizeof...(values)));
+void DbgVsprintf(const char* funcName, const char* format, ...) ZARN_PRINTF(2, 3);
+// The same for a message that is finished already, whatever the switches say.
+void RouteStamped(const char* funcName, const char* message);
+// An address for the "%x" of the trace texts, which shows 32 bits.
+inline unsigned TraceAddress(const void* pointer) {
+    return static_cast<unsigned>(reinterpret_cast<std::uintptr_t>(pointer));
 }
 
 // Formats into a fresh owned text of exactly the needed length, at most 2047 characters; null for an empty result, a
-// null argument, or a function name that holds "%".
-OwnedText Zarn_Vsprintf(const char* funcName, const char* format, ...) __attribute__((format(printf, 2, 3)));
+// null argument, or a function name that contains "%".
+OwnedText Zarn_Vsprintf(const char* funcName, const char* format, ...) ZARN_PRINTF(2, 3);
 
 // Formats into a buffer of `capacity` bytes, cuts the text to it, records the bounds pair, and traces by how many
 // characters it would have overrun. The uncut length is left in gBounds.
-std::string FormatBounded(const char* funcName, std::size_t capacity, const char* format, ...)
-    __attribute__((format(printf, 3, 4)));
+std::string FormatBounded(const char* funcName, std::size_t capacity, const char* format, ...) ZARN_PRINTF(3, 4);
 // Records the bounds pair for a text already formatted and cuts and reports in the same way.
 void CheckBounds(const char* funcName, std::size_t capacity, std::string& text);
 
 // Routes one finished line: always the debugger stream, the log while logging, the console while verbose (without
 // debug only lines that begin with "[" or look like a reply).
 void OutPutPrint(const char* line);
+// Routes one finished line to the console while verbose, unfiltered, and to the log while logging.
+void PrintUnstamped(const char* line);
 void Zarn_DebuggerPrint(const char* text);
 
 // True when the text starts like a reply of the server: three digits 100..599, then a blank or "-", 5 characters or

@@ -3,8 +3,11 @@
 #include <cstdio>
 #include <new>
 
+#include "foundation/date_text.h"
+#include "foundation/display_name.h"
 #include "foundation/error_report.h"
-#include "foundation/text_helpers.h"
+#include "foundation/number_text.h"
+#include "foundation/text_copy.h"
 
 namespace {
 

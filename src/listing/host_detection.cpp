@@ -5,6 +5,7 @@
 #include "config/host_types.h"
 #include "foundation/catalogue.h"
 #include "foundation/message_ids.h"
+#include "foundation/text_compare.h"
 #include "foundation/trace.h"
 #include "ftp/control/control_connection.h"
 #include "ftp/control/reply_buffer.h"
@@ -28,10 +29,6 @@ constexpr std::uint32_t kWindowsNtL8 = 7017;
 constexpr std::uint32_t kVms = 7016;
 constexpr std::uint32_t kPcL8 = 7018;
 constexpr std::uint32_t kPcTcp = 7020;
-
-bool Contains(std::string_view text, std::string_view part) {
-    return text.find(part) != std::string_view::npos;
-}
 
 std::string ReadHelpFile(const char* file) {
     std::string text;

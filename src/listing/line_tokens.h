@@ -5,11 +5,10 @@
 #include <cstdint>
 #include <string_view>
 
+#include "foundation/ascii.h"
+
 inline constexpr bool IsBlank(char character) {
     return character == ' ' || character == '\t';
-}
-inline constexpr bool IsDigit(char character) {
-    return character >= '0' && character <= '9';
 }
 
 inline std::string_view SkipBlanks(std::string_view text) {

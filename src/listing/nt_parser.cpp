@@ -5,9 +5,10 @@
 
 #include "config/host_types.h"
 #include "foundation/catalogue.h"
+#include "foundation/date_text.h"
 #include "foundation/error_report.h"
 #include "foundation/message_ids.h"
-#include "foundation/text_helpers.h"
+#include "foundation/number_text.h"
 #include "foundation/trace.h"
 #include "listing/line_tokens.h"
 #include "listing/present_time.h"

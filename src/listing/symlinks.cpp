@@ -6,7 +6,7 @@
 #include "foundation/error_report.h"
 #include "foundation/message_expansion.h"
 #include "foundation/message_ids.h"
-#include "foundation/text_helpers.h"
+#include "foundation/text_compare.h"
 #include "foundation/trace.h"
 #include "ftp/control/remote_commands.h"
 #include "ftp/control/reply_buffer.h"
@@ -95,10 +95,6 @@ void TakeIfThere(OwnedText& from, OwnedText& to) {
 
 bool StartsWith(std::string_view text, std::string_view beginning) {
     return text.substr(0, beginning.size()) == beginning;
-}
-
-bool Contains(std::string_view text, std::string_view part) {
-    return text.find(part) != std::string_view::npos;
 }
 
 enum class LineSays { Nothing, Found, Failure };

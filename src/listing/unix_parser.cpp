@@ -1,7 +1,8 @@
 #include "listing/unix_parser.h"
 
+#include "foundation/date_text.h"
 #include "foundation/error_report.h"
-#include "foundation/text_helpers.h"
+#include "foundation/number_text.h"
 #include "listing/line_tokens.h"
 #include "listing/present_time.h"
 
@@ -36,17 +37,13 @@ UnixLine CutLine(std::string_view line) {
     return cut;
 }
 
-char LowerLetter(char character) {
-    return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
-}
-
 // 1..12, or 0.
 int MonthNumber(std::string_view token) {
     if (token.size() < kMonthLength) return 0;
     for (int month = 1; month <= 12; ++month) {
         const char* name = MonthName(month);
-        if (LowerLetter(token[0]) == LowerLetter(name[0]) && LowerLetter(token[1]) == LowerLetter(name[1]) &&
-            LowerLetter(token[2]) == LowerLetter(name[2])) {
+        if (AsciiLower(token[0]) == AsciiLower(name[0]) && AsciiLower(token[1]) == AsciiLower(name[1]) &&
+            AsciiLower(token[2]) == AsciiLower(name[2])) {
             return month;
         }
     }

@@ -4,10 +4,10 @@
 
 #include "config/settings.h"
 #include "foundation/catalogue.h"
+#include "foundation/display_name.h"
 #include "foundation/foundation_view.h"
 #include "foundation/message_expansion.h"
 #include "foundation/message_ids.h"
-#include "foundation/text_helpers.h"
 #include "foundation/trace.h"
 #include "ftp/control/remote_commands.h"
 #include "ftp/control/reserved_names.h"

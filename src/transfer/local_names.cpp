@@ -3,8 +3,9 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "foundation/display_name.h"
 #include "foundation/path_join.h"
-#include "foundation/text_helpers.h"
+#include "foundation/text_compare.h"
 #include "platform/files.h"
 
 namespace {

@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "foundation/catalogue.h"
-#include "foundation/error_report.h"
+#include "foundation/error_text.h"
 #include "foundation/message_ids.h"
 #include "foundation/trace.h"
 #include "listing/directory_entry.h"

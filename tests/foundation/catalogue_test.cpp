@@ -252,4 +252,26 @@ TEST_F(Catalogue, TextWithPrintfConversionsOfTheOtherStyle_IsFormattedByItsUser)
     EXPECT_EQ(FormatCatalogueText(MSG_REPLACE_FILE, inserts), "This folder already contains a file called 'a.txt'.");
 }
 
+TEST_F(Catalogue, TracedMessage_IsExpandedAndStamped) {
+    SetText(500, "%2!s! has %1!d!");
+    TraceToConsole();
+    DbgVsprintfID("Func", 500, 7, "box");
+    EXPECT_EQ(view.ConsoleLines().back(), Stamp() + "Func() box has 7");
+}
+
+TEST_F(Catalogue, TracedMessageThatIsMissing_NamesTheSystemError) {
+    SetText(500, "other");
+    TraceToConsole();
+    DbgVsprintfID("Func", 501);
+    const std::string expected = "DbgVsprintfID(Func) LoadString() Failed for ID:501. Err:1814:";
+    EXPECT_EQ(view.ConsoleLines().back().substr(0, expected.size()), expected);
+}
+
+TEST_F(Catalogue, TracedMessageThatDoesNotExpand_IsNamed) {
+    SetText(500, "wants %2!s!");
+    TraceToConsole();
+    DbgVsprintfID("Func", 500, 1);
+    EXPECT_EQ(view.ConsoleLines().back(), "DbgVsprintfID() Call to FormatMessage(Format:wants %2!s!) failed.");
+}
+
 }  // namespace

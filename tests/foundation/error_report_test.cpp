@@ -1,4 +1,5 @@
 #include "foundation/error_report.h"
+#include "foundation/error_text.h"
 
 #include <cstdio>
 

@@ -1,24 +1,15 @@
 #include "foundation/trace.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <thread>
 #include <vector>
 
 #include "debugger_capture.h"
-#include "platform/threads.h"
 #include "traced_test.h"
 
 namespace {
 
 class Trace : public TracedTest {};
-
-std::string Stamp() {
-    char stamp[64];
-    std::snprintf(stamp, sizeof stamp, "Zarn:(%x,%x) ", static_cast<unsigned>(platform::CurrentProcessId()),
-                  static_cast<unsigned>(platform::CurrentThreadId()));
-    return stamp;
-}
 
 TEST_F(Trace, AllSwitchesOff_NothingIsFormattedOrPrinted) {
     gBounds.limit = -7;
@@ -90,28 +81,6 @@ TEST_F(Trace, TracingKeepsTheLastSystemError) {
     DbgVsprintf("Func", "text");
     DbgVsprintf("Func", "%s", "");
     EXPECT_EQ(platform::LastSystemError(), 1234U);
-}
-
-TEST_F(Trace, MessageOfTheCatalogue_IsExpandedAndStamped) {
-    SetText(500, "%2!s! has %1!d!");
-    TraceToConsole();
-    DbgVsprintfID("Func", 500, 7, "box");
-    EXPECT_EQ(view.ConsoleLines().back(), Stamp() + "Func() box has 7");
-}
-
-TEST_F(Trace, MessageMissingInTheCatalogue_TellsTheSystemError) {
-    SetText(500, "other");
-    TraceToConsole();
-    DbgVsprintfID("Func", 501);
-    const std::string expected = "DbgVsprintfID(Func) LoadString() Failed for ID:501. Err:1814:";
-    EXPECT_EQ(view.ConsoleLines().back().substr(0, expected.size()), expected);
-}
-
-TEST_F(Trace, MessageThatDoesNotExpand_IsNamed) {
-    SetText(500, "wants %2!s!");
-    TraceToConsole();
-    DbgVsprintfID("Func", 500, 1);
-    EXPECT_EQ(view.ConsoleLines().back(), "DbgVsprintfID() Call to FormatMessage(Format:wants %2!s!) failed.");
 }
 
 TEST_F(Trace, Vsprintf_YieldsAnOwnedText) {

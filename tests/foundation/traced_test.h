@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <map>
 #include <string>
 
@@ -10,6 +11,7 @@
 #include "foundation/log_file.h"
 #include "foundation/trace.h"
 #include "platform/system.h"
+#include "platform/threads.h"
 #include "support/recording_view.h"
 
 class TracedTest : public testing::Test {
@@ -44,6 +46,14 @@ class TracedTest : public testing::Test {
             out = found->second.substr(0, longest);
             return true;
         });
+    }
+
+    // What every stamped line of this thread begins with.
+    static std::string Stamp() {
+        char stamp[64];
+        std::snprintf(stamp, sizeof stamp, "Zarn:(%x,%x) ", static_cast<unsigned>(platform::CurrentProcessId()),
+                      static_cast<unsigned>(platform::CurrentThreadId()));
+        return stamp;
     }
 
     RecordingView view;

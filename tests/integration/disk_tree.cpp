@@ -4,7 +4,7 @@
 #include <cstdlib>
 #include <ctime>
 
-#include "foundation/text_helpers.h"
+#include "foundation/number_text.h"
 #include "platform/files.h"
 
 namespace {

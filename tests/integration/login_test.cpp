@@ -3,7 +3,7 @@
 
 #include "config/host_types.h"
 #include "config/settings.h"
-#include "foundation/text_helpers.h"
+#include "foundation/text_compare.h"
 #include "foundation/trace.h"
 #include "ftp/control/remote_commands.h"
 #include "ftp/control/reply_buffer.h"

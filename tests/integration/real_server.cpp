@@ -4,7 +4,7 @@
 #include <ostream>
 
 #include "config/settings.h"
-#include "foundation/text_helpers.h"
+#include "foundation/number_text.h"
 #include "foundation/trace.h"
 #include "ftp/control/keep_alive.h"
 #include "ftp/login/connect_command.h"

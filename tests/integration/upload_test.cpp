@@ -1,7 +1,7 @@
 #include <algorithm>
 
 #include "config/settings.h"
-#include "foundation/text_helpers.h"
+#include "foundation/text_compare.h"
 #include "ftp/control/control_connection.h"
 #include "ftp/control/remote_commands.h"
 #include "ftp/control/reply_buffer.h"

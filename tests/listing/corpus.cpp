@@ -5,7 +5,7 @@
 #include <fstream>
 
 #include "foundation/file_time.h"
-#include "foundation/text_helpers.h"
+#include "foundation/number_text.h"
 #include "platform/files.h"
 
 namespace {

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
-#include "foundation/text_helpers.h"
+#include "foundation/date_text.h"
+#include "foundation/display_name.h"
 #include "listing/directory_entry.h"
 #include "support/recording_view.h"
 

@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include "foundation/file_time.h"
-#include "foundation/text_helpers.h"
 #include "listing/line_parser.h"
 #include "listing/nt_parser.h"
 #include "listing/unix_parser.h"

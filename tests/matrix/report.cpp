@@ -7,7 +7,7 @@
 #include <map>
 #include <vector>
 
-#include "foundation/text_helpers.h"
+#include "foundation/number_text.h"
 #include "platform/clock.h"
 
 namespace matrix {

@@ -3,7 +3,12 @@
 #include <deque>
 #include <mutex>
 
+#include "foundation/trace_sinks.h"
+
 namespace {
+
+// As the program does at its start, before any test.
+[[maybe_unused]] const bool gSinksConnected = (ConnectTraceSinks(), true);
 
 std::mutex gLock;
 std::vector<std::string> gLines;

@@ -4,7 +4,6 @@
 #include "config/defaults_store.h"
 #include "config/initial_dirs.h"
 #include "config/site_store.h"
-#include "foundation/text_helpers.h"
 #include "platform/registry.h"
 #include "resources/resource.h"
 

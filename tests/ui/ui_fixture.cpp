@@ -5,7 +5,7 @@
 
 #include "config/defaults_store.h"
 #include "config/site_store.h"
-#include "foundation/text_helpers.h"
+#include "foundation/text_copy.h"
 #include "platform/registry.h"
 #include "platform/sockets.h"
 #include "platform/system.h"

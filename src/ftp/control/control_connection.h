@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "config/site.h"
+#include "foundation/printf_check.h"
 #include "ftp/control/reply_buffer.h"
 #include "ftp/worker/result_codes.h"
 
@@ -15,6 +16,6 @@ int SendPacket(Site* site, const char* commandLine, ReplyBuffer errorText);
 // Sends one command line and reads its whole reply.
 int getreply(Site* site, const char* commandLine, ReplyBuffer reply);
 // Formats a command (at most 2047 characters; a longer one is refused) and calls getreply.
-int command(Site* site, ReplyBuffer reply, const char* format, ...) __attribute__((format(printf, 3, 4)));
+int command(Site* site, ReplyBuffer reply, const char* format, ...) ZARN_PRINTF(3, 4);
 // Formats into 511 characters and expands the result once more without arguments.
-int commandf(Site* site, ReplyBuffer reply, const char* format, ...) __attribute__((format(printf, 3, 4)));
+int commandf(Site* site, ReplyBuffer reply, const char* format, ...) ZARN_PRINTF(3, 4);

@@ -6,7 +6,7 @@
 #include "config/host_types.h"
 #include "foundation/catalogue.h"
 #include "foundation/message_ids.h"
-#include "foundation/text_helpers.h"
+#include "foundation/text_compare.h"
 #include "foundation/trace.h"
 #include "ftp/control/connection_loss.h"
 #include "ftp/control/control_connection.h"

@@ -2,13 +2,7 @@
 
 #include <algorithm>
 
-namespace {
-
-bool IsDigit(char character) {
-    return character >= '0' && character <= '9';
-}
-
-}  // namespace
+#include "foundation/ascii.h"
 
 std::size_t LineLength(std::string_view peeked, std::size_t limit) {
     const std::size_t lineFeed = peeked.find('\n');

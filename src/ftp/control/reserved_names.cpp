@@ -1,6 +1,6 @@
 #include "ftp/control/reserved_names.h"
 
-#include "foundation/text_helpers.h"
+#include "foundation/text_compare.h"
 #include "foundation/trace.h"
 
 bool FileNameIsReserved(const char* name) {

@@ -6,7 +6,7 @@
 #include "config/settings.h"
 #include "foundation/catalogue.h"
 #include "foundation/message_ids.h"
-#include "foundation/text_helpers.h"
+#include "foundation/number_text.h"
 #include "foundation/trace.h"
 #include "ftp/control/reply_buffer.h"
 #include "ftp/data/dump_file.h"

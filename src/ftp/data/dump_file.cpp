@@ -5,7 +5,6 @@
 #include "foundation/catalogue.h"
 #include "foundation/error_report.h"
 #include "foundation/message_ids.h"
-#include "foundation/text_helpers.h"
 #include "foundation/trace.h"
 #include "platform/system.h"
 

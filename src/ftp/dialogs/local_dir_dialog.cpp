@@ -5,7 +5,7 @@
 #include <string>
 
 #include "foundation/catalogue.h"
-#include "foundation/error_report.h"
+#include "foundation/error_text.h"
 #include "foundation/foundation_view.h"
 #include "foundation/message_ids.h"
 #include "foundation/trace.h"

@@ -6,9 +6,9 @@
 #include <utility>
 
 #include "foundation/catalogue.h"
+#include "foundation/date_text.h"
 #include "foundation/foundation_view.h"
 #include "foundation/message_ids.h"
-#include "foundation/text_helpers.h"
 #include "foundation/trace.h"
 #include "ftp/control/keep_alive.h"
 #include "ftp/control/reply_buffer.h"

@@ -3,7 +3,7 @@
 #include "foundation/catalogue.h"
 #include "foundation/foundation_view.h"
 #include "foundation/message_ids.h"
-#include "foundation/text_helpers.h"
+#include "foundation/text_compare.h"
 #include "platform/files.h"
 #include "ui/screen/app.h"
 #include "ui/screen/wide_text.h"

@@ -4,7 +4,7 @@
 
 #include <array>
 
-#include "foundation/error_report.h"
+#include "foundation/error_text.h"
 #include "foundation/trace.h"
 #include "foundation/trace_address.h"
 #include "resources/resource.h"

@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "config/settings.h"
-#include "foundation/text_helpers.h"
+#include "foundation/text_compare.h"
 #include "platform/system.h"
 #include "ui/panes/logical_column.h"
 

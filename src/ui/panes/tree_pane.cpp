@@ -14,7 +14,7 @@
 #include "config/site_store.h"
 #include "foundation/catalogue.h"
 #include "foundation/message_ids.h"
-#include "foundation/text_helpers.h"
+#include "foundation/text_compare.h"
 #include "foundation/trace.h"
 #include "ftp/login/stop.h"
 #include "ftp/worker/site_status.h"

@@ -11,6 +11,7 @@
 #include "foundation/log_file.h"
 #include "foundation/message_ids.h"
 #include "foundation/trace.h"
+#include "foundation/trace_sinks.h"
 #include "ftp/errors/error_texts.h"
 #include "ftp/login/local_host.h"
 #include "ftp/worker/session_state.h"
@@ -161,6 +162,7 @@ int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, PWSTR commandLine, int show) 
     gApp.instance = instance;
     // The program reports a drive without a disk itself; the system would ask for one.
     SetErrorMode(SEM_FAILCRITICALERRORS);
+    ConnectTraceSinks();
     OpenLogMutex();
     gApp.buttonMutex = CreateMutexW(nullptr, FALSE, L"BtnStateMutex");
     const int exitCode = RunProgram(Narrow(commandLine), show);

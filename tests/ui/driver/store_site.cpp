@@ -10,7 +10,8 @@
 #include "config/defaults_store.h"
 #include "config/settings.h"
 #include "config/site_store.h"
-#include "foundation/text_helpers.h"
+#include "foundation/number_text.h"
+#include "foundation/text_copy.h"
 
 int main(int argc, char** argv) {
     if (argc < 5) {
