@@ -1,11 +1,9 @@
-// Port values, mode values and column widths of defaults_store.h.
+#include "config/connection_defaults.h"
+
 #include <algorithm>
 #include <iterator>
 
-#include "config/defaults_store.h"
-#include "foundation/catalogue.h"
-#include "foundation/foundation_view.h"
-#include "foundation/message_ids.h"
+#include "config/store_key.h"
 #include "foundation/text_compare.h"
 #include "foundation/trace.h"
 
@@ -21,7 +19,7 @@ struct PortValue {
     std::uint32_t most;
     std::uint32_t replacement;
 };
-// The replacements of the port and the packet size differ from their defaults, as wanted.
+// Quirk: the replacements of the port and the packet size differ from their defaults, kept.
 constexpr PortValue kPortValues[] = {
     {"TIMEOUT", &PortInfo::timeout, 0, 500, 65},
     {"RETRIES", &PortInfo::retries, 0, 10, 0},
@@ -50,25 +48,6 @@ ModeInfo ReadMode(const RegistryKey& key) {
     }
     mode.useModeMapping = static_cast<std::int32_t>(key.ReadNumber("USEMODEMAPPING").value_or(0));
     return mode;
-}
-
-struct ColumnLayout {
-    std::uint32_t columns;
-    const char* key;
-};
-constexpr ColumnLayout kLayouts[] = {{kColumnsWindows, "View\\Windows"}, {kColumnsUnix, "View\\Unix"}};
-
-// The key of the layout in use, below the root; empty when no layout has that many columns.
-std::string LayoutKey() {
-    for (const ColumnLayout& layout : kLayouts) {
-        if (layout.columns == gZarn.COLUMNS) return std::string(kDefaultsKey) + "\\" + layout.key;
-    }
-    return {};
-}
-
-std::string ColumnValueName(const char* callerName, int index) {
-    constexpr std::size_t kNameBuffer = 5;  // four characters and the terminator
-    return FormatBounded(callerName, kNameBuffer, "Col%d", index + 1);
 }
 
 }  // namespace
@@ -137,38 +116,6 @@ void SaveModeInfo(const char* keyName, const ModeInfo& mode) {
     ReportFailedWrite("SaveModeInfo", "MODE", key.WriteBytes("MODE", std::span(&character, 1)));
     ReportFailedWrite("SaveModeInfo", "USEMODEMAPPING",
                       key.WriteNumber("USEMODEMAPPING", static_cast<std::uint32_t>(mode.useModeMapping)));
-}
-
-bool SaveColumnInfo(const std::int32_t* widths, int count) {
-    const std::string layout = LayoutKey();
-    if (layout.empty() || widths == nullptr) return false;
-    RegistryKey key = OpenStoreKey(layout, nullptr);
-    if (!key.IsOpen()) return false;
-    for (int index = 0; index < count && index < static_cast<int>(gZarn.COLUMNS); ++index) {
-        const std::string name = ColumnValueName("SaveColumnInfo", index);
-        ReportFailedWrite("SaveColumnInfo", name,
-                          key.WriteNumber(name.c_str(), static_cast<std::uint32_t>(widths[index])));
-    }
-    return true;
-}
-
-bool LoadColumnInfo(int count) {
-    const std::string layout = LayoutKey();
-    if (layout.empty() || count > kMostColumns) return false;
-    const std::string path = StoreKeyPath(layout);
-    const RegistryKey key = RegistryKey::Open(RegistryRoot::CurrentUser, path);
-    if (!key.IsOpen()) {
-        // The text of a failed creation, although nothing is created here, as wanted.
-        const OwnedText text = Zarn_ResVsprintf(MSG_CANNOT_CREATE_KEY, path);
-        ShowMessageBox(text.c_str(), nullptr, BoxButtons::Ok, BoxIcon::Exclamation);
-        return false;
-    }
-    for (int index = 0; index < count; ++index) {
-        const auto width = key.ReadNumber(ColumnValueName("LoadColumnInfo", index).c_str());
-        if (!width) return false;
-        gZarn.iColumnLengths[index] = static_cast<std::int32_t>(*width);
-    }
-    return true;
 }
 
 void ApplySiteConnectionSettings(const char* siteName) {

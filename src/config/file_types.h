@@ -3,26 +3,10 @@
 // by the worker, so it has a lock of its own. Types live, unchanged but for their icons, until FreeFileTypes.
 #pragma once
 
-#include <cstdint>
-#include <string>
 #include <string_view>
 
+#include "config/file_type.h"
 #include "foundation/owned_text.h"
-
-struct FTobject {
-    OwnedText pszType;         // upper-cased extension with its dot; "File Folder" for folders
-    OwnedText pszDescription;  // shown in the Type column
-    OwnedText pszIconInfo;     // "path,number" as registered, or null
-    // Index in both image lists. Only IconOf touches these two, because icons belong to the window's thread while types
-    // are made on the worker, too.
-    mutable std::uint16_t iIcon = 0;
-    mutable bool iconKnown = false;
-    char TransferMode[2] = {'A', '\0'};
-    bool bFromModeMap = false;
-    bool isFolder = false;
-    FTobject* pNext = nullptr;
-    FTobject* pPrev = nullptr;
-};
 
 // Transfer mode of a file name, by its part from the first dot on (as wanted); the default mode when it has none.
 char GetTransferMode(const char* fileName);
@@ -48,15 +32,3 @@ int GetFileTypeCount();
 void Zarn_FreeFileType(FTobject* type);
 // Ends every type, so only when no entry points at one any more.
 void FreeFileTypes();
-
-// Where icons come from; filled in by the window floor. Called on the window's thread, at most once a type.
-struct IconView {
-    std::uint16_t (*indexOf)(const char* iconInfo) = nullptr;  // the generic icon's index on failure
-    std::uint16_t (*folderIndex)() = nullptr;
-};
-extern IconView gIconView;
-inline constexpr std::uint16_t kGenericFileIcon = 0;  // the first icon of both image lists
-// The type's index in both image lists. The window's thread only.
-std::uint16_t IconOf(const FTobject* type);
-// Splits an icon location into path and number as the shell writes it; false when there is no path to read.
-bool ParseIconInfo(std::string_view iconInfo, std::string& path, int& number);

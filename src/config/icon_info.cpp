@@ -1,5 +1,5 @@
-// Icon locations and the icons of types, as declared in file_types.h.
-#include "config/file_types.h"
+#include "config/icon_info.h"
+
 #include "foundation/foundation_view.h"
 #include "foundation/number_text.h"
 #include "foundation/trace.h"
@@ -20,7 +20,7 @@ int ReadNumber(std::string_view text) {
     return Zarn_atoi(text.substr(0, kNumberRead));
 }
 
-// The text between the first apostrophe and the next double quote: the mismatched pair is wanted.
+// Quirk: the text is read from an apostrophe to the next double quote, kept.
 bool ReadQuoted(std::string_view info, std::size_t apostrophe, std::string& path) {
     const std::size_t end = info.find('"', apostrophe + 1);
     if (end == std::string_view::npos) {

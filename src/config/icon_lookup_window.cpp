@@ -5,6 +5,7 @@
 #include <string>
 
 #include "config/file_types.h"
+#include "config/icon_info.h"
 #include "foundation/foundation_view.h"
 #include "foundation/trace.h"
 #include "platform/system.h"

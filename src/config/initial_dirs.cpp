@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-#include "config/defaults_store.h"
+#include "config/store_key.h"
 #include "foundation/error_report.h"
 #include "foundation/file_time.h"
 #include "foundation/trace.h"

@@ -1,6 +1,6 @@
 #include "config/mode_map_store.h"
 
-#include "config/defaults_store.h"
+#include "config/store_key.h"
 #include "foundation/trace.h"
 
 using platform::RegistryKey;
@@ -88,6 +88,5 @@ bool RegSaveFileType(const ModeMapItem& item) {
     RegistryKey key = OpenStoreKey(path, nullptr);
     if (!key.IsOpen()) return false;
     Save(key, *item.type, item.changed);
-    RememberExtension(item.type->pszType.view());
     return true;
 }

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "config/file_types.h"
+#include "config/file_type.h"
 #include "platform/registry.h"
 
 inline constexpr std::size_t kDescriptionBytes = 260;
@@ -34,5 +34,6 @@ struct ModeMapItem {
     const FTobject* type = nullptr;  // not owned
     std::uint32_t changed = 0;       // ModeMapChange bits
 };
-// Writes the changed values. False when the key cannot be opened or created (shown, message 7096).
+// Writes the changed values. False when the key cannot be opened or created (shown, message 7096). After a success call
+// RememberExtension (file_types.h), so that the list of types looks at the extension again.
 bool RegSaveFileType(const ModeMapItem& item);

@@ -58,4 +58,4 @@ struct ZarnSettings {
     UiStyle uiStyle = UiStyle::Details;
     std::int32_t iColumnLengths[kMostColumns] = {};  // pixels; 0 for a column never measured
 };
-extern ZarnSettings gZarn;
+inline ZarnSettings gZarn;

@@ -66,7 +66,7 @@ OwnedText Zarn_GetActionCommand(const FTobject* type, bool print) {
     if (type == nullptr) return {};
     const auto className = ShellClassOf(type->pszType.view());
     if (!className) return {};
-    // "open" below "print", as wanted.
+    // Quirk: the command for opening is read from the key "open" below "print", kept.
     const char* const action = print ? "\\shell\\print\\command" : "\\shell\\print\\open";
     const auto command = ReadDefault(*className + action, kCommandBytes);
     return command ? OwnedText::Copy(*command) : OwnedText();

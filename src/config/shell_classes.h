@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "config/file_types.h"
+#include "config/file_type.h"
 
 // Every extension that the shell registers, as it spells them.
 std::vector<std::string> ShellExtensions();

@@ -1,5 +1,5 @@
-// A site: one saved connection profile and, while it is in use, its sockets. Making, copying, freeing and checking the
-// record; storing it belongs to site_store.h, connecting it to the session engine.
+// A site: one saved connection profile and, while it is in use, its sockets. Making, copying and freeing the record;
+// checking it belongs to site_validation.h, storing it to site_store.h, connecting it to the session engine.
 #pragma once
 
 #include <atomic>
@@ -89,10 +89,3 @@ using SitePtr = std::unique_ptr<Site, SiteDeleter>;
 
 // Copies scalars and texts of `from` into `to`, replacing its texts. False when memory ran out (`to` partly filled).
 bool CopySiteStruct(const Site* from, Site* to);
-
-enum class NameField { SiteName = 0, Host = 1, User = 2, Directory = 4 };
-bool IsValidNameChar(char character, NameField field);
-// Checks a record before it is saved or used; the first failure is shown. An empty site name takes the host's.
-bool IsSiteValid(Site* site);
-// Every character that no directory may hold becomes "~".
-std::string MakeSafeLocalName(std::string_view name);

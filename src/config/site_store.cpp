@@ -5,6 +5,7 @@
 #include "config/defaults_store.h"
 #include "config/password_form.h"
 #include "config/site_login.h"
+#include "config/store_key.h"
 #include "foundation/catalogue.h"
 #include "foundation/error_report.h"
 #include "foundation/foundation_view.h"

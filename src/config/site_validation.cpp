@@ -1,8 +1,6 @@
-#include <string>
-#include <string_view>
+#include "config/site_validation.h"
 
 #include "config/settings.h"
-#include "config/site.h"
 #include "foundation/catalogue.h"
 #include "foundation/foundation_view.h"
 #include "foundation/message_ids.h"
@@ -60,7 +58,7 @@ bool IsSiteValid(Site* site) {
         return Refuse(MSG_SITE_NAME_INVALID);
     }
     if (site->pszUID.empty()) return RefuseMissingUser();
-    // The site name's text, as wanted.
+    // Quirk: the message is the one for a site name, kept.
     if (!IsValidName(site->pszUID.view(), NameField::User)) return Refuse(MSG_SITE_NAME_INVALID);
     if (site->bAnonymous != 0 && gZarn.MAILADDR.empty()) return Refuse(MSG_ANONYMOUS_NEEDS_MAIL_ADDRESS);
     if (!IsValidName(site->pszDir.view(), NameField::Directory)) return Refuse(MSG_DIRECTORY_NAME_INVALID);

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "config/file_types.h"
+#include "config/file_type.h"
 #include "foundation/file_time.h"
 #include "foundation/owned_text.h"
 #include "listing/item_kind.h"

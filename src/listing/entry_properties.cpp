@@ -3,6 +3,7 @@
 #include <new>
 #include <string>
 
+#include "config/file_types.h"
 #include "config/host_types.h"
 #include "foundation/catalogue.h"
 #include "foundation/error_report.h"

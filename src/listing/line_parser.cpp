@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "config/file_types.h"
 #include "config/host_types.h"
 #include "foundation/trace.h"
 #include "listing/line_tokens.h"

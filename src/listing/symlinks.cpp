@@ -2,6 +2,7 @@
 
 #include <new>
 
+#include "config/file_types.h"
 #include "foundation/catalogue.h"
 #include "foundation/error_report.h"
 #include "foundation/message_expansion.h"

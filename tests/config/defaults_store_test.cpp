@@ -2,8 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include "config/column_widths.h"
+#include "config/connection_defaults.h"
+#include "config/settings.h"
 #include "config/settings_table.h"
 #include "config/store_fixture.h"
+#include "config/store_key.h"
 #include "foundation/trace.h"
 #include "support/host_registry.h"
 

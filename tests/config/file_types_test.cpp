@@ -6,7 +6,9 @@
 #include <cstring>
 #include <thread>
 
+#include "config/icon_info.h"
 #include "config/mode_map_store.h"
+#include "config/settings.h"
 #include "config/shell_classes.h"
 #include "config/store_fixture.h"
 #include "platform/clock.h"
@@ -245,6 +247,7 @@ TEST_F(FileTypes, SavingATypeWritesWhatChangedAndMakesItKnown) {
     EXPECT_TRUE(RegSaveFileType({&type, kDescriptionChanged | kIconChanged}));
     EXPECT_EQ(GetZarnMapDescription(".zarns"), "Saved words");
     EXPECT_EQ(GetZarnIconInfo(".zarns"), "c:\\s.dll,1");
+    RememberExtension(".zarns");
     EXPECT_EQ(Description("a.zarns"), "Saved words");
     EXPECT_FALSE(RegSaveFileType({nullptr, kModeChanged}));
 }

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "config/file_types.h"
+#include "config/icon_info.h"
 #include "config/shell_classes.h"
 #include "config/store_fixture.h"
 

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "config/file_types.h"
 #include "config/store_fixture.h"
 
 namespace {

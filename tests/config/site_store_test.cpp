@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "config/connection_defaults.h"
+#include "config/defaults_store.h"
 #include "config/initial_dirs.h"
 #include "config/store_fixture.h"
 #include "platform/system.h"

@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "config/settings.h"
+#include "config/site_validation.h"
 #include "config/store_fixture.h"
 #include "foundation/trace.h"
 #include "platform/system.h"

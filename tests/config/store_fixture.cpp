@@ -3,6 +3,9 @@
 #include <algorithm>
 
 #include "config/file_types.h"
+#include "config/icon_info.h"
+#include "config/settings.h"
+#include "config/store_key.h"
 #include "foundation/trace.h"
 #include "platform/threads.h"
 #include "support/host_registry.h"

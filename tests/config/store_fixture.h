@@ -7,7 +7,6 @@
 #include <string>
 #include <vector>
 
-#include "config/defaults_store.h"
 #include "config/site.h"
 #include "platform/registry.h"
 #include "support/recording_view.h"

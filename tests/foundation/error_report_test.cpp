@@ -1,8 +1,8 @@
 #include "foundation/error_report.h"
-#include "foundation/error_text.h"
 
 #include <cstdio>
 
+#include "foundation/error_text.h"
 #include "foundation/message_ids.h"
 #include "platform/threads.h"
 #include "traced_test.h"
@@ -11,7 +11,7 @@ namespace {
 
 class ErrorReport : public TracedTest {};
 
-std::string Stamp() {
+std::string ErrorStamp() {
     char stamp[32];
     std::snprintf(stamp, sizeof stamp, "ZARN:(%x) ", static_cast<unsigned>(platform::CurrentThreadId()));
     return stamp;
@@ -32,14 +32,15 @@ TEST_F(ErrorReport, TextOfAnErrorOrOfTheLastOne) {
 TEST_F(ErrorReport, ApiError_OneConsoleLineWithNameNumberAndText) {
     DbgPrintApiError("Caller", "WriteFile()", 112);
     ASSERT_EQ(view.ConsoleLines().size(), 1U);
-    EXPECT_EQ(view.ConsoleLines()[0], Stamp() + "Caller() WriteFile() Failed. Error is 112:" + SystemText(112) + ".");
+    EXPECT_EQ(view.ConsoleLines()[0],
+              ErrorStamp() + "Caller() WriteFile() Failed. Error is 112:" + SystemText(112) + ".");
 }
 
 TEST_F(ErrorReport, FileCreateError_NamesTheFile) {
     DbgFileCreateError("Caller", "a%n.txt", 5);
     ASSERT_EQ(view.ConsoleLines().size(), 1U);
     EXPECT_EQ(view.ConsoleLines()[0],
-              Stamp() + "Caller() Call to CreateFile(a%n.txt) Failed. Error is 5: " + SystemText(5) + ".");
+              ErrorStamp() + "Caller() Call to CreateFile(a%n.txt) Failed. Error is 5: " + SystemText(5) + ".");
 }
 
 TEST_F(ErrorReport, ErrorZeroSaysNothing) {
@@ -65,7 +66,7 @@ TEST_F(ErrorReport, MissingMessageIsTracedAndNothingElseHappens) {
 
 TEST_F(ErrorReport, OwnLineHasTheSameForm) {
     PrintErrorLine("Caller", "said");
-    EXPECT_EQ(view.ConsoleLines(), std::vector<std::string>{Stamp() + "Caller() said"});
+    EXPECT_EQ(view.ConsoleLines(), std::vector<std::string>{ErrorStamp() + "Caller() said"});
 }
 
 TEST_F(ErrorReport, NoMemoryBox) {

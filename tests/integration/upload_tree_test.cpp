@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "config/file_types.h"
 #include "config/mode_map_store.h"
 #include "config/settings.h"
 #include "foundation/trace.h"
@@ -89,6 +90,7 @@ TEST_P(UploadTree, TextGoesInAsciiModeAndTheRestAsItIs) {
     type.pszType = OwnedText::Copy(".zztext");
     type.TransferMode[0] = 'A';
     ASSERT_TRUE(RegSaveFileType({&type, kModeChanged}));
+    RememberExtension(".zztext");
     gZarn.mode.mode = 'I';
     const std::string text = "first line\r\nsecond line\r\n\r\nlast line\r\n";
     local.Write("mixed/notes.zztext", text);

@@ -2,7 +2,6 @@
 
 #include <fstream>
 
-#include "config/file_types.h"
 #include "ftp/data/dump_file.h"
 #include "ftp/worker/result_codes.h"
 #include "listing/listed_site.h"

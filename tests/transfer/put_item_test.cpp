@@ -1,4 +1,6 @@
 #include "transfer/put_item.h"
+
+#include "config/file_types.h"
 #include "config/mode_map_store.h"
 #include "ftp/errors/server_error.h"
 #include "ftp/worker/blocking_call.h"
@@ -164,6 +166,7 @@ TEST_F(PutFile, ModeGoesByTheTypeOfTheLocalNameWhereThatIsWanted) {
     type.pszType = OwnedText::Copy(".zzlines");
     type.TransferMode[0] = 'L';
     ASSERT_TRUE(RegSaveFileType({&type, kModeChanged}));
+    RememberExtension(".zzlines");
     gZarn.mode.useModeMapping = 1;
     gZarn.mode.caseConversion = 1;
     local.Write("a.zzlines", "x");

@@ -2,7 +2,7 @@
 #include "resources/resource.h"
 #include "ui/ui_fixture.h"
 
-#include "config/defaults_store.h"
+#include "config/store_key.h"
 #include "platform/registry.h"
 #include "platform/sockets.h"
 

@@ -5,7 +5,9 @@
 #include <iterator>
 #include <set>
 
+#include "config/column_widths.h"
 #include "config/defaults_store.h"
+#include "config/settings.h"
 #include "platform/registry.h"
 #include "resources/resource.h"
 #include "ui/driver/menus.h"

@@ -2,7 +2,6 @@
 // and files on the command line.
 #include "ui/ui_fixture.h"
 
-#include "config/defaults_store.h"
 #include "resources/resource.h"
 
 namespace {

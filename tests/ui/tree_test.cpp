@@ -1,9 +1,9 @@
 // The tree pane: when a selection is acted on, what its keys and clicks do, titles, pictures, label edits of nodes.
 #include "ui/ui_fixture.h"
 
-#include "config/defaults_store.h"
 #include "config/initial_dirs.h"
 #include "config/site_store.h"
+#include "config/store_key.h"
 #include "platform/registry.h"
 #include "resources/resource.h"
 

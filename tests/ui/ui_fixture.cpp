@@ -3,8 +3,11 @@
 #include <algorithm>
 #include <cstdlib>
 
+#include "config/connection_defaults.h"
 #include "config/defaults_store.h"
+#include "config/settings.h"
 #include "config/site_store.h"
+#include "config/store_key.h"
 #include "foundation/text_copy.h"
 #include "platform/registry.h"
 #include "platform/sockets.h"

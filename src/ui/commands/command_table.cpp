@@ -4,6 +4,7 @@
 
 #include <array>
 
+#include "config/connection_defaults.h"
 #include "config/defaults_store.h"
 #include "config/settings.h"
 #include "config/site_store.h"

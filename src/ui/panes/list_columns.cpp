@@ -6,8 +6,9 @@
 #include <array>
 #include <string>
 
-#include "config/defaults_store.h"
+#include "config/column_widths.h"
 #include "config/settings.h"
+#include "config/store_key.h"
 #include "foundation/catalogue.h"
 #include "foundation/message_ids.h"
 #include "platform/registry.h"

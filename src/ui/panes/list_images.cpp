@@ -2,6 +2,7 @@
 
 #include <commctrl.h>
 
+#include "config/icon_info.h"
 #include "config/icon_lookup_window.h"
 #include "foundation/trace.h"
 #include "ui/screen/app.h"

@@ -8,10 +8,10 @@
 #include <utility>
 #include <vector>
 
-#include "config/defaults_store.h"
 #include "config/host_types.h"
 #include "config/settings.h"
 #include "config/site_store.h"
+#include "config/store_key.h"
 #include "foundation/catalogue.h"
 #include "foundation/message_ids.h"
 #include "foundation/text_compare.h"

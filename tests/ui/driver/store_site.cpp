@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <string>
 
+#include "config/connection_defaults.h"
 #include "config/defaults_store.h"
 #include "config/settings.h"
 #include "config/site_store.h"
