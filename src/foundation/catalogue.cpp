@@ -8,6 +8,7 @@
 #include "foundation/message_ids.h"
 #include "foundation/text_copy.h"
 #include "foundation/trace.h"
+#include "foundation/trace_address.h"
 #include "platform/strings.h"
 #include "platform/system.h"
 

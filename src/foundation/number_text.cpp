@@ -5,6 +5,7 @@
 
 #include "foundation/ascii.h"
 #include "foundation/trace.h"
+#include "foundation/trace_address.h"
 
 namespace {
 

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "foundation/trace.h"
+#include "foundation/trace_address.h"
 #include "platform/system.h"
 
 namespace {

@@ -50,10 +50,6 @@ inline constexpr std::size_t kPathBuffer = 260;
 void DbgVsprintf(const char* funcName, const char* format, ...) ZARN_PRINTF(2, 3);
 // The same for a message that is finished already, whatever the switches say.
 void RouteStamped(const char* funcName, const char* message);
-// An address for the "%x" of the trace texts, which shows 32 bits.
-inline unsigned TraceAddress(const void* pointer) {
-    return static_cast<unsigned>(reinterpret_cast<std::uintptr_t>(pointer));
-}
 
 // Formats into a fresh owned text of exactly the needed length, at most 2047 characters; null for an empty result, a
 // null argument, or a function name that contains "%".
