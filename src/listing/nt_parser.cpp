@@ -82,6 +82,13 @@ std::string_view FillFile(std::string_view rest, std::uint32_t hostType, LVobjec
 
 }  // namespace
 
+void SetUnknownOwner(LVobject& entry) {
+    static const std::string owner = OwnerText(MSG_COLUMN_OWNER);
+    static const std::string group = OwnerText(MSG_COLUMN_GROUP);
+    entry.owner = OwnedText::Copy(owner);
+    entry.group = OwnedText::Copy(group);
+}
+
 bool DosDateStringToFileTime(std::string_view date, LVobject* entry) {
     if (date.empty()) return false;
     if (!CalendarToFileTime(ReadDate(date), entry->time)) entry->time = ReadPresentTime().time;
@@ -93,10 +100,7 @@ bool BuildItemFromNTStr(std::string_view line, LVobject* entry, std::uint32_t ho
     line = SkipBlanks(line);
     if (line.empty() || !IsDigit(line.front())) return false;
     ClearLVobject(entry);
-    static const std::string owner = OwnerText(MSG_COLUMN_OWNER);
-    static const std::string group = OwnerText(MSG_COLUMN_GROUP);
-    entry->owner = OwnedText::Copy(owner);
-    entry->group = OwnedText::Copy(group);
+    SetUnknownOwner(*entry);
     entry->links = 1;
     if (!DosDateStringToFileTime(line.substr(0, kDateLength), entry)) return false;
 

@@ -63,6 +63,9 @@ bool ListFolder(const char* folder, std::vector<FileInfo>& entries);
 bool CreateFolder(const char* path);
 bool RemoveFolder(const char* path);
 
+// The roots that paths can begin with, in order: the drives, or "/" where there are none.
+std::vector<std::string> DriveNames();
+
 bool SetCurrentFolder(const char* path);
 std::string CurrentFolder();
 // The system's folder for temporary files, with a trailing separator.

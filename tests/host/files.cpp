@@ -247,6 +247,10 @@ bool RemoveFolder(const char* path) {
     return ::rmdir(path) == 0 || FailPath(path);
 }
 
+std::vector<std::string> DriveNames() {
+    return {"/"};
+}
+
 bool SetCurrentFolder(const char* path) {
     return ::chdir(path) == 0 || FailPath(path);
 }

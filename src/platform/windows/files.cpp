@@ -225,6 +225,15 @@ bool RemoveFolder(const char* path) {
     return ::RemoveDirectoryW(widePath.Text()) != 0;
 }
 
+std::vector<std::string> DriveNames() {
+    std::vector<std::string> names;
+    const DWORD drives = ::GetLogicalDrives();
+    for (char letter = 'A'; letter <= 'Z'; ++letter) {
+        if ((drives >> (letter - 'A') & 1u) != 0) names.push_back(std::string(1, letter) + ":\\");
+    }
+    return names;
+}
+
 bool SetCurrentFolder(const char* path) {
     const WideArgument widePath(path);
     return ::SetCurrentDirectoryW(widePath.Text()) != 0;

@@ -2,7 +2,7 @@
 
 #include "config/host_types.h"
 #include "ftp/worker/session_state.h"
-#include "ui/browse/local_computer.h"
+#include "listing/local_listing.h"
 #include "ui/panes/list_pane.h"
 #include "ui/panes/tree_pane.h"
 #include "ui/screen/app.h"

@@ -1,7 +1,7 @@
 #include "ui/browse/item_path.h"
 
 #include "foundation/path_join.h"
-#include "ui/browse/local_computer.h"
+#include "listing/local_listing.h"
 
 std::string ItemPath(const TVobject* folder, std::string_view name) {
     if (IsLocalNode(folder)) return JoinLocalPath(LocalNodePath(folder), name);

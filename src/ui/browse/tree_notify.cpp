@@ -2,6 +2,7 @@
 
 #include "foundation/trace.h"
 #include "ftp/worker/session_state.h"
+#include "listing/local_listing.h"
 #include "ui/browse/local_computer.h"
 #include "ui/browse/tree_edit.h"
 #include "ui/browse/tree_selection.h"

@@ -8,7 +8,7 @@
 
 #include "ftp/worker/session_view.h"
 #include "listing/listing_view.h"
-#include "ui/browse/local_computer.h"
+#include "listing/local_listing.h"
 #include "ui/browse/tree_selection.h"
 #include "ui/panes/list_pane.h"
 #include "ui/panes/tree_pane.h"
