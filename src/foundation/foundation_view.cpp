@@ -6,11 +6,10 @@
 FoundationView gFoundationView;
 
 void PrintToConsole(const char* text) {
-    if (gFoundationView.printToConsole != nullptr) gFoundationView.printToConsole(text);
+    gFoundationView.printToConsole(text);
 }
 
 BoxAnswer ShowMessageBox(const char* text, const char* caption, BoxButtons buttons, BoxIcon icon) {
-    if (gFoundationView.showMessageBox == nullptr) return BoxAnswer::None;
     if (caption != nullptr) return gFoundationView.showMessageBox(text, caption, buttons, icon);
     const std::string product = CatalogueText(MSG_LONG_PRODUCT_NAME);
     return gFoundationView.showMessageBox(text, product.empty() ? "Zarn32" : product.c_str(), buttons, icon);

@@ -8,9 +8,10 @@ enum class BoxAnswer { None, Ok, Cancel, Yes, No, Abort, Retry, Ignore };
 
 struct FoundationView {
     // Appends a text to the console pane; without a pane nothing happens.
-    void (*printToConsole)(const char* text) = nullptr;
+    void (*printToConsole)(const char* text) = [](const char*) {};
     // Shows a message box and returns the answer; without a view the answer is None.
-    BoxAnswer (*showMessageBox)(const char* text, const char* caption, BoxButtons buttons, BoxIcon icon) = nullptr;
+    BoxAnswer (*showMessageBox)(const char* text, const char* caption, BoxButtons buttons, BoxIcon icon) =
+        [](const char*, const char*, BoxButtons, BoxIcon) { return BoxAnswer::None; };
 };
 extern FoundationView gFoundationView;
 

@@ -28,19 +28,15 @@ Site* SiteOf(const FtpProp& prop) {
 
 bool IsLocal(const char* caller, const Site* site) {
     if (site != nullptr && site->dwCurType != HOST_TYPE_LOCAL) return false;
-    // The misspelling is wanted.
+    // The misspelling is part of the text.
     DbgVsprintf(caller, "WANING. nHostType == HOST_TYPE_LOCAL. Returning FALSE");
     return true;
-}
-
-bool IsRoot(std::uint32_t type) {
-    return type == kKindSiteRoot || type == kKindLocalRoot;
 }
 
 // Path of the folder that holds a node; a root's own name.
 OwnedText HoldingPath(const TVobject* node) {
     if (node == nullptr) return {};
-    return TV_GetPath(IsRoot(node->wObjType) ? node : node->pTVparent);
+    return TV_GetPath(IsRootKind(node->wObjType) ? node : node->pTVparent);
 }
 
 // Prepares the record for one entry of the folder `location`.
@@ -57,7 +53,7 @@ bool Describe(FtpProp* prop, Site* site, std::string_view name, std::uint32_t ty
 
 bool ParseCandidate(std::string_view line, const FtpProp& prop, ListingStyle& style, LVobject* entry) {
     if (SiteOf(prop)->dwCurType != HOST_TYPE_WINDOWS_NT) return BuildItemFromUnixStr(SkipLeadingNumbers(line), entry);
-    // The first line that may be the one decides for all, as in a listing.
+    // The first candidate decides the style for all lines, as in a listing.
     if (!style.decided && !DecideListingStyle(line, style)) {
         DbgVsprintf("ParsePropFromFile", "(%s) ERROR. BAD Line was read!!!!\n(%s)", prop.name.c_str(),
                     std::string(line.substr(0, kTextBuffer)).c_str());
@@ -80,7 +76,7 @@ int FetchProp(const char* caller, FtpProp* prop) {
         return result;
     }
     if (prop->type == kKindSiteRoot) {
-        // No listing holds a line for the root.
+        // No listing contains a line for the root.
         prop->links = 0;
         prop->fileType = FileTypeOf(prop->name.view(), true);
         return FTP_COMPLETE;

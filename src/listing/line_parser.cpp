@@ -20,7 +20,7 @@ void TraceBadLine(std::string_view line) {
 
 bool ParseNtServerLine(std::uint32_t lineNumber, std::string_view line, ListingStyle& style, LVobject* entry) {
     if (lineNumber == 1) style = ListingStyle();
-    // A line that told nothing leaves the choice to the next one.
+    // A line that does not show its style leaves the choice to the next one.
     if (!style.decided && !DecideListingStyle(line, style)) {
         TraceBadLine(line);
         return false;
@@ -75,9 +75,7 @@ LVobjectPtr FtpParseLine(std::uint32_t lineNumber, std::uint32_t hostType, std::
                          ListingCounters& counters) {
     LVobjectPtr entry(AllocateLVobject(nullptr));
     if (!entry || !ParseByHostType(lineNumber, hostType, line, style, entry.get())) return nullptr;
-    const std::uint32_t type = entry->type;
-    entry->fileType =
-        FileTypeOf(EntryName(*entry), type == kKindSiteRoot || type == kKindFolder || type == kKindLocalFolder);
+    entry->fileType = FileTypeOf(EntryName(*entry), IsFolderKind(entry->type));
     Count(*entry, counters);
     return entry;
 }

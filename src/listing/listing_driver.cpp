@@ -16,6 +16,7 @@
 #include "ftp/worker/session_state.h"
 #include "ftp/worker/session_view.h"
 #include "ftp/worker/worker.h"
+#include "listing/dot_entries.h"
 #include "listing/dump_reader.h"
 #include "listing/host_detection.h"
 #include "listing/line_parser.h"
@@ -30,24 +31,12 @@ namespace {
 
 // The first entries are shown at once, the rest in large batches.
 constexpr std::size_t kFirstBatch = 200;
-// While links are followed, what is read already is shown after this time.
+// While links are followed, entries already read are shown after this time.
 constexpr std::uint32_t kShowWithinMilliseconds = 250;
-// Bytes of a listing that are read: about two million entries, which is what a 32-bit program can hold.
+// Longest listing that is read, in bytes: about two million entries, as many as a 32-bit program can hold.
 constexpr std::uint64_t kLongestListing = 160u << 20;
 
-unsigned Address(const void* pointer) {
-    return static_cast<unsigned>(reinterpret_cast<std::uintptr_t>(pointer));
-}
-
-void ShowStatus(const char* text) {
-    gSessionView.setStatusText(text);
-}
-
-void RefreshWindow() {
-    gSessionView.refreshWindow();
-}
-
-// Marks a listing as being parsed until the object goes.
+// Marks a listing as being parsed for the lifetime of the object.
 class ParsingMark {
   public:
     ParsingMark() { gSession.parsing = true; }
@@ -56,14 +45,9 @@ class ParsingMark {
     ParsingMark& operator=(const ParsingMark&) = delete;
 };
 
-// Without a site it is the local computer.
+// No site means the local computer.
 std::uint32_t HostTypeOf(const Site* site) {
     return site != nullptr ? site->dwCurType : HOST_TYPE_LOCAL;
-}
-
-bool IsOwnOrParentFolder(const LVobject& entry) {
-    const std::string_view name = entry.name.view();
-    return name == "." || name == "..";
 }
 
 // Turns lines into entries and hands them over in batches.
@@ -78,7 +62,7 @@ class ListingRun {
             ++unreadable_;
             return;
         }
-        if (entry->name.empty() || IsOwnOrParentFolder(*entry)) return;
+        if (entry->name.empty() || IsDotEntry(entry->name.view())) return;
         if (FollowsLinks() && entry->type == kKindLink && !Resolve(*entry)) return;
         entry->node = node_;
         batch_.push_back(std::move(entry));
@@ -95,12 +79,12 @@ class ListingRun {
         batchSize_ = kListingBatch;
         std::vector<LVobjectPtr> full;
         full.swap(batch_);
-        if (gListingView.addEntries != nullptr) gListingView.addEntries(node_, std::move(full));
+        gListingView.addEntries(node_, std::move(full));
         batch_.reserve(kListingBatch);
     }
 
     int Unreadable() const { return unreadable_; }
-    // Every line was rejected: the server is perhaps of another type than it is taken for.
+    // Every line was rejected: the server may be of another type than assumed.
     bool NothingParsed() const { return unreadable_ > 0 && lineNumber_ == static_cast<std::uint32_t>(unreadable_); }
 
   private:
@@ -108,9 +92,9 @@ class ListingRun {
         return gZarn.RESOLVELINKS != 0 && hostType_ != HOST_TYPE_LOCAL && site_ != nullptr && !serverLost_ &&
                !site_->pszCurrentDir.empty() && !StopRequested();
     }
-    // False when the link leads nowhere: the entry is dropped, as wanted, and the console says so.
+    // False when the link leads nowhere. Quirk: its entry is dropped, which the console reports, kept.
     bool Resolve(LVobject& entry) {
-        // Each link costs several answers of the server; what stands before it is shown meanwhile.
+        // Each link costs several round trips, so show what has been read before it.
         if (platform::TickCount() - handedOverAt_ >= kShowWithinMilliseconds) HandOver();
         int result = FTP_COMPLETE;
         const SymLinkItemPtr target = Zarn_ResolveSymLink(site_, folder_.c_str(), &entry, result);
@@ -135,7 +119,6 @@ class ListingRun {
     bool serverLost_ = false;
 };
 
-// Nobody has to be served between the lines: the window's thread is not this one.
 void ParseLines(DumpReader& reader, ListingRun& run) {
     std::string_view line;
     while (reader.NextLine(line)) {
@@ -149,18 +132,18 @@ void ParseLines(DumpReader& reader, ListingRun& run) {
     run.HandOver();
 }
 
-// On the worker its end clears the busy flag: cleared before, the next command would find the worker still there.
+// A worker clears the busy flag when it ends: cleared earlier, the next command would find it still running.
 void ClearFlags() {
     if (!WorkerRunning()) SetBusy(false);
     SetConnecting(false);
 }
 
 void EndListing(TVobject* node, int result) {
-    if (gListingView.end != nullptr) gListingView.end(node, result);
+    gListingView.end(node, result);
     ClearFlags();
 }
 
-// Reads the dump file through under one host type; false when it cannot be opened.
+// Parses the whole dump file for one host type; false when it cannot be opened.
 bool ParseWholeDump(TVobject* node, Site* site, const OwnedText& path, bool mayAskServer) {
     constexpr char kName[] = "LV_ParseObjects";
     const std::uint32_t hostType = HostTypeOf(site);
@@ -169,10 +152,10 @@ bool ParseWholeDump(TVobject* node, Site* site, const OwnedText& path, bool mayA
         DbgVsprintf(kName, "(ERROR) Failed to get Dumpfile Handle for %s! Returning -1", path.c_str());
         return false;
     }
-    ShowStatus(CatalogueText(MSG_PARSING_LIST).c_str());
-    // The root of a Windows NT server keeps its children: they are its drives and folders that the server never lists.
+    gSessionView.setStatusText(CatalogueText(MSG_PARSING_LIST).c_str());
+    // The root of a Windows NT server keeps its children: its drives and folders, which the server never lists.
     const bool resetChildren = !(node->wObjType == kKindSiteRoot && hostType == HOST_TYPE_WINDOWS_NT);
-    if (gListingView.begin != nullptr) gListingView.begin(node, resetChildren);
+    gListingView.begin(node, resetChildren);
     node->folders = node->files = node->links = 0;
     node->bytes = 0;
 
@@ -189,7 +172,7 @@ int ParseDumpFile(TVobject* node, Site* site) {
     constexpr char kName[] = "LV_ParseObjects";
     const OwnedText path = TV_GetPath(node);
     if (!path) {
-        DbgVsprintf(kName, "(ERROR) Call to TV_GetPath(%x) Failed.", Address(node));
+        DbgVsprintf(kName, "(ERROR) Call to TV_GetPath(%x) Failed.", TraceAddress(node));
         return FTP_ERROR;
     }
     if (!ParseWholeDump(node, site, path, true)) return FTP_ERROR;
@@ -197,16 +180,12 @@ int ParseDumpFile(TVobject* node, Site* site) {
     return FTP_COMPLETE;
 }
 
-bool SamePath(const OwnedText& a, const OwnedText& b) {
-    return a && b && a.view() == b.view();
-}
-
 // Changes to a path; failures are shown, and a server that cannot be reached is disconnected.
 bool ChangeTo(const char* caller, Site* site, const OwnedText& path) {
     char reply[kReplySize] = "";
     int result = 0;
     if (ChangeRemoteDirectory(site, path.c_str(), reply, &result, true)) return true;
-    // A connection that is closed already was told and is being disconnected.
+    // A connection without a socket has been reported and is being disconnected.
     if ((result == FTP_CLOSE || result == SOCKET_ERROR) && HasControlSocket(site)) {
         DbgVsprintf(caller, "ERROR. Can't Send to FTP Server. Closing Connection");
         gSessionView.postDisconnect(site);
@@ -214,17 +193,14 @@ bool ChangeTo(const char* caller, Site* site, const OwnedText& path) {
     return false;
 }
 
-// Changes to the node's folder when the session stands elsewhere.
-bool EnterFolder(Site* site, TVobject* node) {
-    constexpr char kName[] = "LV_ListDirectory";
-    const OwnedText path = TV_GetPath(node);
-    if (!path) {
-        DbgVsprintf(kName, "(ERROR) Call to TV_GetPath(%x) Failed.", Address(node));
-        return false;
-    }
-    if (SamePath(path, site->pszCurrentDir)) return true;
-    DbgVsprintf(kName, "Changing Directory to %s", path.c_str());
-    return ChangeTo(kName, site, path);
+enum class FolderEntry { AlreadyThere, Changed, Failed };
+
+// Makes the node's folder, whose path is `path`, the session's current one. `traceChange` is called before a change.
+FolderEntry EnterNodeFolder(
+    const char* caller, Site* site, const OwnedText& path, void (*traceChange)(const char* path) = [](const char*) {}) {
+    if (path && site->pszCurrentDir && path.view() == site->pszCurrentDir.view()) return FolderEntry::AlreadyThere;
+    traceChange(path.c_str());
+    return ChangeTo(caller, site, path) ? FolderEntry::Changed : FolderEntry::Failed;
 }
 
 // What a change of folder does before it lists; the result of the listing, or 0.
@@ -233,13 +209,17 @@ int ChangeAndList(TVobject* node) {
     Site* site = node != nullptr && !node->pszName.empty() ? TV_GetFtpSite(node) : nullptr;
     const OwnedText path = site != nullptr ? TV_GetPath(node) : OwnedText();
     if (path.empty()) return 0;
-    if (SamePath(path, site->pszCurrentDir)) {
-        DbgVsprintf(kName, "(%s) Didn't have to change dir!", path.c_str());
-        return LV_ListDirectory(node);
-    }
     const std::string from = site->pszCurrentDir.c_str();
-    if (!ChangeTo(kName, site, path)) return 0;
-    DbgVsprintf(kName, "( FROM %s TO %s ) HAD to change dir!", from.c_str(), path.c_str());
+    switch (EnterNodeFolder(kName, site, path)) {
+        case FolderEntry::AlreadyThere:
+            DbgVsprintf(kName, "(%s) Didn't have to change dir!", path.c_str());
+            break;
+        case FolderEntry::Changed:
+            DbgVsprintf(kName, "( FROM %s TO %s ) HAD to change dir!", from.c_str(), path.c_str());
+            break;
+        case FolderEntry::Failed:
+            return 0;
+    }
     return LV_ListDirectory(node);
 }
 
@@ -254,12 +234,19 @@ int LV_ListDirectory(TVobject* node) {
         return FTP_ERROR;
     }
     if (!site->bConnected) return FTP_NOTCONNECTED;
-    if (site->pszCurrentDir.empty() || !EnterFolder(site, node)) return FTP_ERROR;
+    if (site->pszCurrentDir.empty()) return FTP_ERROR;
+    const OwnedText path = TV_GetPath(node);
+    if (!path) {
+        DbgVsprintf(kName, "(ERROR) Call to TV_GetPath(%x) Failed.", TraceAddress(node));
+        return FTP_ERROR;
+    }
+    const auto traceChange = [](const char* to) { DbgVsprintf(kName, "Changing Directory to %s", to); };
+    if (EnterNodeFolder(kName, site, path, traceChange) == FolderEntry::Failed) return FTP_ERROR;
 
     char reply[kReplySize] = "";
     const int result = DoDirList(site, "LIST", reply);
     if (result != FTP_COMPLETE) {
-        // What came before the failure is not the folder: the list stays as it was.
+        // A part of a listing is not the folder: the list stays as it was.
         DeleteListingDumpFile();
         DoPrintIdArgs(MSG_DIR_LIST_RETURNED, static_cast<unsigned>(result));
         EndLostConnection(kName, site, result, reply);
@@ -284,20 +271,20 @@ int LV_ParseObjects(TVobject* node) {
 int LV_ChangeDir(TVobject* node) {
     constexpr char kName[] = "LV_ChangeDir";
     const char* name = node != nullptr ? node->pszName.c_str() : "";
-    DbgVsprintf(kName, "(0x%x:%s) Entered", Address(node), name);
+    DbgVsprintf(kName, "(0x%x:%s) Entered", TraceAddress(node), name);
     SetBusy(true);
-    RefreshWindow();
-    ShowStatus(CatalogueText(MSG_CHANGING_FOLDER).c_str());
+    gSessionView.refreshWindow();
+    gSessionView.setStatusText(CatalogueText(MSG_CHANGING_FOLDER).c_str());
 
     const int result = ChangeAndList(node);
     if (result != FTP_COMPLETE) {
-        DbgVsprintf(kName, "ERROR. Call to LV_ListDirectory(%x:%s) returned %d", Address(node), name, result);
+        DbgVsprintf(kName, "ERROR. Call to LV_ListDirectory(%x:%s) returned %d", TraceAddress(node), name, result);
         ClearFlags();
-        RefreshWindow();
-        ShowStatus(CatalogueText(MSG_CONNECTION_FAILED).c_str());
+        gSessionView.refreshWindow();
+        gSessionView.setStatusText(CatalogueText(MSG_CONNECTION_FAILED).c_str());
     }
-    RefreshWindow();
-    ShowStatus("");
+    gSessionView.refreshWindow();
+    gSessionView.setStatusText("");
     DbgVsprintf(kName, "Done. Returning %d", result);
     return result;
 }
@@ -307,7 +294,6 @@ bool TV_PreSelect(TVobject* node) {
     Site* site = node != nullptr ? TV_GetFtpSite(node) : nullptr;
     const OwnedText path = site != nullptr ? TV_GetPath(node) : OwnedText();
     if (path.empty()) return false;
-    if (SamePath(path, site->pszCurrentDir)) return true;
-    DbgVsprintf(kName, "Calling ChangeRemoteDirectory(%s)", path.c_str());
-    return ChangeTo(kName, site, path);
+    const auto traceChange = [](const char* to) { DbgVsprintf(kName, "Calling ChangeRemoteDirectory(%s)", to); };
+    return EnterNodeFolder(kName, site, path, traceChange) != FolderEntry::Failed;
 }

@@ -1,4 +1,5 @@
-// What a listing asks of the windows. Entries are handed over in batches, from the worker.
+// What a listing asks of the windows; each member does nothing until the windows fill it in. Entries are handed over in
+// batches, from the worker.
 #pragma once
 
 #include <vector>
@@ -8,15 +9,16 @@
 
 struct ListingView {
     // A listing of `folder` begins: empty the list pane, collapse and (with `resetChildren`) forget the children.
-    void (*begin)(TVobject* folder, bool resetChildren) = nullptr;
+    void (*begin)(TVobject* folder, bool resetChildren) = [](TVobject*, bool) {};
     // Entries in listing order; the pane owns them from here on. Folders get their tree nodes here.
-    void (*addEntries)(TVobject* folder, std::vector<LVobjectPtr> entries) = nullptr;
+    void (*addEntries)(TVobject* folder, std::vector<LVobjectPtr> entries) = [](TVobject*, std::vector<LVobjectPtr>) {};
     // All shown, or stopped: refresh the node, select the first item, status bar, toolbar, focus.
-    void (*end)(TVobject* folder, int result) = nullptr;
+    void (*end)(TVobject* folder, int result) = [](TVobject*, int) {};
     // What a folder's count has found so far, at most 20 times a second and at its end; `dialog` is what the count was
     // started with.
-    void (*showCountedBytes)(void* dialog, std::uint64_t bytes) = nullptr;
-    void (*showCountedEntries)(void* dialog, std::uint32_t files, std::uint32_t folders) = nullptr;
+    void (*showCountedBytes)(void* dialog, std::uint64_t bytes) = [](void*, std::uint64_t) {};
+    void (*showCountedEntries)(void* dialog, std::uint32_t files, std::uint32_t folders) = [](void*, std::uint32_t,
+                                                                                              std::uint32_t) {};
 };
 extern ListingView gListingView;
 

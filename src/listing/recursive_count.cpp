@@ -36,9 +36,8 @@ SharedCount SharedOf(const RecursiveContents& contents) {
 }
 
 void ShowCount(const SharedCount& count) {
-    if (*count.bytes != 0 && gListingView.showCountedBytes != nullptr)
-        gListingView.showCountedBytes(count.dialog, *count.bytes);
-    if ((*count.files != 0 || *count.folders != 0) && gListingView.showCountedEntries != nullptr)
+    if (*count.bytes != 0) gListingView.showCountedBytes(count.dialog, *count.bytes);
+    if (*count.files != 0 || *count.folders != 0)
         gListingView.showCountedEntries(count.dialog, *count.files, *count.folders);
 }
 
@@ -94,10 +93,9 @@ void CountEntry(const RecursiveContents& contents, Site* site, const LVobject& e
     ++*contents.files;
 }
 
-// A folder that lists itself or its parent would be walked through without end.
+// Walking into "." or ".." would never end.
 bool IsCounted(const LVobject& entry) {
-    const std::string_view name = entry.name.view();
-    return !name.empty() && name != "." && name != "..";
+    return !entry.name.empty() && !IsDotEntry(entry.name.view());
 }
 
 int CountEntries(RecursiveContents& contents, Site* site) {

@@ -11,8 +11,9 @@ namespace {
 
 constexpr char kLocalSeparator = '\\';
 
-bool IsDirectoryNode(const TVobject* node) {
-    return node->wObjType == kKindFolder || node->wObjType == kKindLocalFolder;
+// A folder below a root: its name is one component of the path.
+bool IsPathComponent(const TVobject* node) {
+    return IsFolderKind(node->wObjType) && !IsRootKind(node->wObjType);
 }
 
 }  // namespace
@@ -80,13 +81,11 @@ char NodeSeparator(const TVobject* node) {
 
 OwnedText TV_GetPath(const TVobject* node) {
     if (node == nullptr) return OwnedText();
-    if (node->wObjType == kKindSiteRoot || node->wObjType == kKindLocalRoot) {
-        return OwnedText::Copy(node->pszName.view());
-    }
+    if (IsRootKind(node->wObjType)) return OwnedText::Copy(node->pszName.view());
     const char separator = NodeSeparator(node);
     std::vector<const TVobject*> chain;
-    for (; node != nullptr && IsDirectoryNode(node); node = node->pTVparent) chain.push_back(node);
-    // The root's own name is not part of the result, as wanted.
+    for (; node != nullptr && IsPathComponent(node); node = node->pTVparent) chain.push_back(node);
+    // Quirk: the root's own name is not part of the path, kept.
     std::string path;
     for (auto level = chain.rbegin(); level != chain.rend(); ++level) {
         path += separator;
