@@ -43,7 +43,7 @@ struct BuiltInType {
     bool withCase;
     unsigned text;
 };
-// Only .Z and .z are told apart by case, as wanted.
+// Quirk: .Z and .z alone differ by case, kept.
 constexpr BuiltInType kBuiltInTypes[] = {
     {".ico", false, MSG_TYPE_NAME_ICON},   {".cur", false, MSG_TYPE_NAME_CURSOR},
     {".sh", false, MSG_TYPE_NAME_SHELL},   {kCompressed, true, MSG_TYPE_NAME_COMPRESSED},

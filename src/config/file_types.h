@@ -8,7 +8,8 @@
 #include "config/file_type.h"
 #include "foundation/owned_text.h"
 
-// Transfer mode of a file name, by its part from the first dot on (as wanted); the default mode when it has none.
+// Transfer mode of a file name; the default mode when it has no extension. Quirk: the extension begins at the first
+// dot, kept.
 char GetTransferMode(const char* fileName);
 // The type of an extension already in the list, or null. Case does not matter.
 FTobject* LookupFileType(std::string_view extension);

@@ -21,7 +21,7 @@ std::string EncodePassword(std::string_view password, std::string_view user) {
     std::string stored;
     int position = 0;
     for (const char character : password) {
-        // Signed, so that a byte of 128 and more gives eight digits, as wanted.
+        // Quirk: signed, so a byte of 128 or more gives eight digits, kept.
         const int value = static_cast<signed char>(character) + position++;
         char digits[16];
         std::snprintf(digits, sizeof digits, "%02X", static_cast<unsigned>(value));

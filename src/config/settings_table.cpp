@@ -19,8 +19,8 @@ constexpr ProgramSetting Text(const char* name, std::string ZarnSettings::*field
     return {.name = name, .textField = field, .longest = longest};
 }
 
-// First run and reset differ in VERBOSE, SENDUNIQUE and ICONS, as wanted; an absent COLUMNS names no layout and an
-// absent ICONS is on, as wanted too.
+// Quirk: first run and reset differ in VERBOSE, SENDUNIQUE and ICONS; an absent COLUMNS names no layout and an absent
+// ICONS is on, kept.
 constexpr ProgramSetting kSettings[] = {
     Switch("AUTOSTART", &ZarnSettings::AUTOSTART, 0, 0, 0),
     Switch("SAVEONEXIT", &ZarnSettings::SAVEONEXIT, 1, 1, 1),

@@ -47,7 +47,7 @@ OwnedText DefaultUser() {
     return OwnedText::Copy(std::string_view(user).substr(0, kLongestUser), kUserSize);
 }
 
-// The buffer's bytes and, only with them, the names and ports of the peers, as wanted.
+// Copies the buffer. Quirk: the names and ports of the peers are copied only with a buffer, kept.
 bool CopyReadAhead(const SocketRecord& from, SocketRecord& to) {
     if (from.bufferLength == 0 || from.buffer == nullptr) return true;
     to.buffer.reset(new (std::nothrow) char[from.bufferLength]);
@@ -143,7 +143,7 @@ Site* Zarn_DupSite(const Site* site) {
     copy->flagsBeforeSavePwd = site->flagsBeforeSavePwd;
     for (const TextField& field : kTextFields) {
         const OwnedText& source = site->*field.text;
-        // An empty text becomes an absent one, as wanted.
+        // Quirk: an empty text becomes an absent one, kept.
         if (source.empty()) continue;
         copy.get()->*field.text = OwnedText::Copy(source.view());
         if (!(copy.get()->*field.text)) return nullptr;

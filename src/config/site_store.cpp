@@ -91,7 +91,7 @@ void WriteUserAndPassword(RegistryKey& key, Site& site) {
         key.DeleteValue("PWD");
         return;
     }
-    // Without the switch or the password, what was stored before stays, as wanted.
+    // Quirk: without the switch or the password, what was stored before stays, kept.
     if (site.bSavePwd == 0 || login.password.empty()) return;
     ReportFailedWrite("SaveSiteInfo", "PWD",
                       key.WriteText("PWD", EncodePassword(login.password.view(), login.user.view())));
@@ -106,7 +106,7 @@ void WriteGateway(RegistryKey& key, const Site& site) {
         return;
     }
     if (password.empty()) return;
-    // A data length of one byte: only the first character of the stored form is kept, as wanted.
+    // Quirk: only the first byte of the stored form is written, kept.
     const std::string stored = EncodePassword(password.view(), site.pszGateUID.view());
     ReportFailedWrite("SaveSiteInfo", "GATEPWD", key.WriteText("GATEPWD", stored, 1));
 }

@@ -124,7 +124,7 @@ OwnedText LoadAndExpand(unsigned id, std::span<const MessageInsert> inserts) {
         TraceLoadFailure(kFuncName, id);
         return {};
     }
-    // A long decimal counts as unknown here; only the printing routine knows it.
+    // A long decimal counts as unknown here; only PrintCatalogueText knows it.
     const InsertClass insertClass = FirstInsertClass(text);
     if (insertClass != InsertClass::LongDecimal) TraceClass(kFuncName, insertClass, text.c_str());
     const bool hasPercentBang = insertClass != InsertClass::None;
@@ -136,7 +136,7 @@ bool PrintfForPrinting(unsigned id, const std::string& text, bool isNumbered, st
                        std::string& out) {
     static constexpr char kFuncName[] = "DoPrintIdArgs";
     if (isNumbered) {
-        // The full stop after the first word is wanted; the sibling text has none.
+        // The full stop after the first word is part of the text; Zarn_ResVsprintf has none.
         OutPutPrint(Zarn_Vsprintf(kFuncName, "WARNING. String:%d Calling vsprintf() AND pPercentBang is NOT NULL",
                                   static_cast<int>(id))
                         .get());
@@ -179,7 +179,7 @@ OwnedText Zarn_ResString(unsigned id) {
     DbgVsprintf(kFuncName, "Entered. StringID:%d", static_cast<int>(id));
     std::string text;
     if (!gSource(id, kLongestText, text)) {
-        // The error's own text stays untold here, as wanted: callers report it.
+        // Callers report the error.
         DbgVsprintf(kFuncName, "ERROR. Returning NULL");
         return {};
     }
@@ -203,7 +203,7 @@ bool IsPrintfMessage(unsigned id) {
     return std::binary_search(std::begin(kPrintfMessages), std::end(kPrintfMessages), id);
 }
 
-// 7197 is printf-style for printing only, as wanted; it has no inserts, so either expansion yields it.
+// 7197 has no inserts, so either expansion yields it.
 bool IsPrintfMessageForPrinting(unsigned id) {
     return id == MSG_RESERVED_NAMES || IsPrintfMessage(id);
 }

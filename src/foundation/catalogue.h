@@ -20,7 +20,7 @@ std::string CatalogueText(unsigned id);
 using CatalogueSource = bool (*)(unsigned id, std::size_t longest, std::string& text);
 void SetCatalogueSource(CatalogueSource source);
 
-// True when `id` is expanded printf-style by Zarn_ResVsprintf / by DoPrintIdArgs (which differ in 7197, as wanted).
+// True when Zarn_ResVsprintf, or DoPrintIdArgs, expands `id` printf-style. Quirk: they differ in 7197, kept.
 bool IsPrintfMessage(unsigned id);
 bool IsPrintfMessageForPrinting(unsigned id);
 

@@ -38,13 +38,13 @@ int DaysBeforeYear(int year) {
     return passed * 365 + passed / 4 - passed / 100 + passed / 400;
 }
 
-// The calendar of the copied shape: no leap days in any year, as wanted for advancing a stamp.
+// Quirk: advancing a stamp knows no leap days, kept.
 int LastDayWithoutLeapDays(int month) {
     if (month == 2) return 28;
     return month == 4 || month == 6 || month == 9 || month == 11 ? 30 : 31;
 }
 
-// Passes one whole unit on to the next higher one; true when it did.
+// Moves one whole unit to the next higher one; true when there was one.
 bool Carry(int& value, int limit, int& next) {
     if (value < limit) return false;
     value -= limit;

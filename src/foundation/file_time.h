@@ -21,5 +21,5 @@ const char* MonthName(int month);
 enum class TimeStampKind { ZeroPoint = 0, Now = 1, Given = 2 };
 // Now: the local time. Given: `given` converted. Otherwise 1 January 1601. False when `given` is impossible.
 bool Zarn_GetTimeStamp(const char* callerName, const CalendarTime* given, FileTime* result, TimeStampKind how);
-// Adds fewer than 1000 ms through the calendar form. February always has 28 days here, as wanted.
+// Adds fewer than 1000 ms through the calendar form; false otherwise. Quirk: February always has 28 days here, kept.
 bool Zarn_IncrementTimeStamp(const char* callerName, FileTime* time, unsigned milliseconds);

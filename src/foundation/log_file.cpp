@@ -22,7 +22,7 @@ std::atomic<platform::FileHandle> gLogfile{platform::kNoFile};
 std::mutex gNameLock;
 std::string gLogfileName;
 
-// Set while this thread writes a line: what it traces meanwhile must not come back here.
+// Set while this thread writes a line: writing reports its own failures, which must not be written again.
 thread_local bool tWritingLog = false;
 
 std::string LogfileName() {
@@ -39,7 +39,7 @@ bool WriteLine(platform::FileHandle file, std::string_view text) {
     bool written = platform::SeekToEnd(file) || Report("SetFilePointer()");
     written = (platform::WriteFile(file, text) || Report("WriteFile()")) && written;
     written = (platform::SeekToEnd(file) || Report("SetFilePointer()")) && written;
-    // The line end follows every text, also one that ends in a line feed already; wanted.
+    // Quirk: a text that ends in a line feed gets a line end, too, kept.
     return (platform::WriteFile(file, std::string_view("\r\n")) || Report("WriteFile()")) && written;
 }
 
@@ -49,7 +49,7 @@ bool OpenAndWriteLine(const char* fileName, std::string_view text) {
     if (file == platform::kNoFile) return Report("CreateFile()");
     gLogfile = file;
     const bool written = WriteLine(file, text);
-    // Somebody else who closed it meanwhile has taken the handle out.
+    // CloseLogfile may have closed it in the meantime.
     if (gLogfile.compare_exchange_strong(file, platform::kNoFile)) platform::CloseFile(file);
     return written;
 }
@@ -76,10 +76,10 @@ void LogfilePrint(const char* text) {
     if (fileName.empty()) return;
 
     const std::uint32_t last = platform::LastSystemError();
-    // After a wait without success the line is written all the same: better mixed lines than none.
+    // After a time-out the line is written anyway: mixed lines are better than none.
     const bool taken = gLogfileMutex != 0 && platform::TakeMutex(gLogfileMutex, kMutexWaitMilliseconds);
     tWritingLog = true;
-    // Another thread may have given logging up while this one waited.
+    // Another thread may have switched logging off while this one waited.
     if (gTrace.logging && !OpenAndWriteLine(fileName.c_str(), text)) gTrace.logging = false;
     tWritingLog = false;
     if (taken) platform::ReleaseMutex(gLogfileMutex);
@@ -88,7 +88,7 @@ void LogfilePrint(const char* text) {
 
 platform::FileHandle GetLogfileHandle(const char* fileName) {
     static constexpr char kFuncName[] = "GetLogfileHandle";
-    // Runs inside LogfilePrint, so it traces its road in debug mode only.
+    // Runs inside LogfilePrint, so it traces in debug mode only.
     const bool debug = gTrace.debug;
     if (debug) DbgVsprintf(kFuncName, "Entered");
     if (fileName == nullptr || *fileName == '\0') {

@@ -1,5 +1,5 @@
-// The append-only log file. It is opened, appended to and closed once per line under a named mutex, so that several
-// running programs share it and it can be read or deleted meanwhile. Filtering and stamping belong to trace.h.
+// The append-only log file. It is opened, appended to and closed once per line under a named mutex, so several running
+// programs can share it and it can be read or deleted at any time. Filtering and stamping belong to trace.h.
 #pragma once
 
 #include <string>

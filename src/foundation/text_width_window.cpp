@@ -20,7 +20,7 @@ int Measure(HWND window, std::string_view text) {
     SIZE size = {};
     if (!GetTextExtentPoint32W(context, reinterpret_cast<const wchar_t*>(wide.c_str()), static_cast<int>(wide.size()),
                                &size)) {
-        // The name is not that of the call that failed, as wanted.
+        // Quirk: the name is not that of the call that failed, kept.
         DbgPrintApiError("ZarnGetStringWidth", "GetComputerName()", platform::LastSystemError());
         size.cx = 0;
     }

@@ -98,7 +98,7 @@ std::size_t LastLinkArrow(std::string_view text) {
     std::size_t from = 0;
     while (true) {
         const std::size_t found = text.find(kLinkArrow, from);
-        // One with nothing before it ends the search, as wanted.
+        // Quirk: an arrow with nothing before it ends the search, kept.
         if (found == std::string_view::npos || found == from) return last;
         last = found;
         from = found + kLinkArrow.size();

@@ -97,7 +97,6 @@ std::uint32_t HostTypeOfSyst(std::string_view reply) {
         {"WINDOWS NT Type: L8", kWindowsNtL8},
         {"UNIX", HOST_TYPE_UNIX},
         {"MultiNet", HOST_TYPE_VMS_MULTINET},
-        {"MultiNet", HOST_TYPE_VMS_MULTINET},  // tested twice, as wanted
         {"VMS", kVms},
         {"PC Type: L8", kPcL8},
         {"OS/MVS", HOST_TYPE_IBM_MVS},
@@ -109,7 +108,7 @@ std::uint32_t HostTypeOfSyst(std::string_view reply) {
 
 bool IsHelpReply(std::string_view reply) {
     if (IsReplyLine(reply)) return reply.front() == '2';
-    // A long reply holds a piece of a later line at its start; a refusal is never that long.
+    // A long reply begins with a piece of a later line; a refusal is never that long.
     constexpr std::size_t kLongReply = kReplySize / 2;
     return reply.size() >= kLongReply;
 }

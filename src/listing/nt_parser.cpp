@@ -24,7 +24,7 @@ std::string OwnerText(unsigned id) {
     return CatalogueText(id).substr(0, kOwnerLength);
 }
 
-// Hour and minute with AM or PM behind them; upper case only, as wanted.
+// Hour and minute with AM or PM behind them. Quirk: upper case only, kept.
 void ReadTimeOfDay(std::string_view text, CalendarTime& date) {
     date.hour = LeadingNumber(text.substr(0, 2));
     const std::size_t colon = text.find(':');
@@ -50,7 +50,7 @@ CalendarTime ReadDate(std::string_view text) {
         return date;
     }
     date.day = LeadingNumber(text.substr(3, 2));
-    // Two digits only: a year written with four is read by its first two, as wanted.
+    // Quirk: a year of four digits is read by its first two, kept.
     const int year = LeadingNumber(text.substr(6, 2));
     date.year = year < 70 ? 2000 + year : 1900 + year;
     const std::string_view afterYear = text.substr(std::min<std::size_t>(8, text.size()));
@@ -58,7 +58,7 @@ CalendarTime ReadDate(std::string_view text) {
     return date;
 }
 
-// Returns the name of a folder line, whose mark stands at `mark`.
+// Returns the name in a folder line whose mark is at `mark`.
 std::string_view FillFolder(std::string_view rest, std::size_t mark, std::uint32_t hostType, LVobject* entry) {
     entry->mode = OwnedText::Copy("d---------");
     entry->size = 0;
@@ -74,7 +74,7 @@ std::string_view FillFile(std::string_view rest, std::uint32_t hostType, LVobjec
         entry->mode = OwnedText::Copy("----------");
         entry->type = hostType == HOST_TYPE_LOCAL ? kKindLocalFile : kKindFile;
     } else {
-        // Neither mode nor kind: the entry stays unclassified, as wanted.
+        // Quirk: the entry gets neither mode nor kind, kept.
         entry->size = 0;
     }
     return rest.substr(std::min(size.size() + 1, rest.size()));
@@ -105,7 +105,7 @@ bool BuildItemFromNTStr(std::string_view line, LVobject* entry, std::uint32_t ho
     if (!DosDateStringToFileTime(line.substr(0, kDateLength), entry)) return false;
 
     const std::string_view rest = SkipBlanks(line.substr(std::min(kDateLength, line.size())));
-    // A plain search: a file whose name holds the mark is taken for a folder, as wanted.
+    // Quirk: a file whose name contains the mark is taken for a folder, kept.
     const std::size_t mark = rest.find(kFolderMark);
     const std::string_view name =
         mark != std::string_view::npos ? FillFolder(rest, mark, hostType, entry) : FillFile(rest, hostType, entry);

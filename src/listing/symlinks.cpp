@@ -31,8 +31,8 @@ bool ServerIsGone(const Site* site, int result) {
     return result == SOCKET_ERROR || result == FTP_CLOSE || !HasControlSocket(site);
 }
 
-// A server that stands elsewhere must not be taken to stand in the current folder: without the way back that folder is
-// unknown, and the next operation changes anew. After a stop nothing is sent, because nobody would wait for the answer.
+// When the way back fails, the server's folder is unknown: the current folder is forgotten, so the next operation
+// changes to its own. After a stop nothing is sent, because nobody would read the reply.
 void ReturnToCurrentFolder(Site* site) {
     char reply[kReplySize] = "";
     if (!StopRequested() && DoCWD(site, site->pszCurrentDir.get(), reply, false) == FTP_COMPLETE) return;
@@ -81,7 +81,7 @@ bool NameTarget(SymLinkItem& item, std::string_view link) {
 
 // One step along the chain.
 bool FollowHop(Site* site, SymLinkItem& item, std::string_view link, int& lastResult) {
-    const std::string text(link);  // the former target's name goes with it
+    const std::string text(link);  // a copy: `link` may belong to the target that is freed below
     if (!NameTarget(item, text)) return false;
     Zarn_FreeLVobject(item.object);
     item.object = nullptr;
@@ -105,7 +105,7 @@ LineSays ParseTargetLine(std::string_view line, std::string_view key, LVobject* 
     const std::string_view name = object->name.view();
     if (!StartsWith(name, key)) return LineSays::Nothing;
     if (name == key) return LineSays::Found;
-    // A link that only begins like the target is taken for it, as wanted.
+    // Quirk: a link whose name only begins like the target is taken for it, kept.
     return object->type == kKindLink && Contains(name, kLinkArrow) ? LineSays::Found : LineSays::Nothing;
 }
 
@@ -123,7 +123,7 @@ std::string AbsoluteLinkTarget(std::string_view folder, std::string_view target)
     if (StartsWith(target, "/")) return std::string(target);
     if (StartsWith(target, "./")) return std::string(folder) + std::string(target.substr(1));
     if (StartsWith(target, "../")) {
-        // "../x" is "//x" in the root and "/x" in every other folder, however deep it lies, as wanted.
+        // Quirk: "../x" is "//x" in the root and "/x" in every other folder, however deep, kept.
         const std::string rest(target.substr(2));
         return folder == "/" ? std::string(folder) + rest : rest;
     }
@@ -149,7 +149,7 @@ LinkTarget LinkTargetOf(int result, std::string_view reply) {
     static constexpr Sign kSigns[] = {
         {"not a directory", LinkTarget::File},
         {"no such file", LinkTarget::File},
-        // A folder that may not be entered is a folder all the same.
+        // A folder that may not be entered is still a folder.
         {"permission denied", LinkTarget::Folder},
         {"permission", LinkTarget::Folder},
         {"access", LinkTarget::Folder},

@@ -8,7 +8,7 @@
 #include "config/site.h"
 #include "listing/directory_entry.h"
 
-// Longer chains are shown as they stand, still a link; silently, as wanted.
+// Quirk: a longer chain is shown as a link, without a message, kept.
 inline constexpr std::uint32_t kMostLinkHops = 4;
 
 // Follows `entry` (of kind link, its name with the arrow), which was listed in `folder`. Null on failure. The session's

@@ -32,7 +32,7 @@ UnixLine CutLine(std::string_view line) {
     cut.day = tokens.Next(kDayLength);
     cut.timeOrYear = tokens.Next(kTimeLength);
     cut.name = tokens.Rest();
-    // One separator only: further blanks belong to the name, as wanted.
+    // Quirk: one separator is dropped, further blanks belong to the name, kept.
     if (!cut.name.empty()) cut.name.remove_prefix(1);
     return cut;
 }
@@ -68,7 +68,7 @@ std::uint32_t KindOf(std::string_view line) {
 
 // Hour and minute of a time token, whose year is then the present one or the one before.
 void ReadTimeOfDay(std::string_view token, std::size_t colon, const CalendarTime& present, CalendarTime& date) {
-    // The day is not compared: an entry dated later in the present month stays in the present year, as wanted.
+    // Quirk: days are not compared, so a later day of the present month stays in the present year, kept.
     date.year = date.month > present.month ? present.year - 1 : present.year;
     const std::size_t hourStart = colon > 2 ? colon - 2 : 0;
     date.hour = LeadingNumber(token.substr(hourStart, colon - hourStart));
