@@ -12,6 +12,6 @@ void SavePortInfo(const char* keyName, const PortInfo& port);
 ModeInfo LoadModeInfo(const char* keyName);
 ModeInfo LoadDefaultModeInfo();
 void SaveModeInfo(const char* keyName, const ModeInfo& mode);
-// Puts a site's own port and mode values in force before it is connected. "Defaults" stands in for what its key does
-// not hold and for a port that cannot be used.
+// Puts a site's own port and mode values in force before it is connected. The values of "Defaults" are used for
+// what its key lacks and for a port that cannot be used.
 void ApplySiteConnectionSettings(const char* siteName);

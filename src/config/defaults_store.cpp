@@ -31,7 +31,7 @@ int WriteSetting(RegistryKey& key, const ProgramSetting& row) {
     return key.WriteNumber(row.name, GetNumber(gZarn, row));
 }
 
-// What belongs into a new "Defaults" key beside the program values.
+// Writes a new "Defaults" key: the program values, ports and modes, and empty keys for the column widths.
 void WriteNewDefaultsKey() {
     SaveDefaults();
     SavePortInfo("", PortInfo());
@@ -69,7 +69,7 @@ void LoadDefaults() {
     for (const ProgramSetting& row : ProgramSettings()) {
         if (!ReadSetting(key, row) && row.textField == &ZarnSettings::LOGFILE) hasLogFile = false;
     }
-    // LOGGING counts only beside a name that could be read, even if it is an empty one.
+    // LOGGING counts only with a file name that could be read, even an empty one.
     if (!hasLogFile) gZarn.LOGGING = 0;
 }
 

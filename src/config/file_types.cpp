@@ -25,7 +25,7 @@ struct TypeList {
     FTobject* head = nullptr;
     FTobject* folder = nullptr;  // one of the list
     int count = 0;
-    int unknownCount = 0;  // types made of extensions that nobody registered
+    int unknownCount = 0;  // types made of extensions that are not registered
     std::unordered_map<std::string, FTobject*> index;
     bool extensionsListed = false;
     std::unordered_set<std::string> registered;  // upper-cased

@@ -20,16 +20,16 @@ FTobject* AddFileType(std::string_view extension);
 // Builds the type from the built-in descriptions; null for an extension that is only a dot.
 FTobject* GetDefaultType(std::string_view extension);
 FTobject* AddFolderType();
-// The type of an entry: the folder type, the type of its extension (from the last dot on: what users take for it), or
-// the type of names without one. Null only when memory is short. What is registered is looked up once for all, so an
-// unknown extension costs no system call; a class registered while the program runs is not seen. After
+// The type of an entry: the folder type, the type of its extension (which begins at the last dot, as users expect), or
+// the type of names without one. Null only when memory is short. Registrations are read once, so an unknown
+// extension costs no system call; a class registered while the program runs is not seen. After
 // kMostUnknownTypes of them, further unknown extensions share the type of names without one.
 FTobject* FileTypeOf(std::string_view name, bool isFolder);
 inline constexpr int kMostUnknownTypes = 4096;
-// Lets FileTypeOf look at the registrations of an extension that was given some just now.
+// Makes FileTypeOf look up an extension that has just been registered.
 void RememberExtension(std::string_view extension);
 int GetFileTypeCount();
 // Frees a type that is in no list; null is accepted.
 void Zarn_FreeFileType(FTobject* type);
-// Ends every type, so only when no entry points at one any more.
+// Frees every type, so only when no entry points at one any more.
 void FreeFileTypes();

@@ -23,13 +23,12 @@ struct EntryIcons {
 };
 extern EntryIcons gEntryIcons;
 
-// Creates both image lists, puts the program's icons in and fills gIconView. An icon that is missing is shown, and the
-// generic one stands for it; false when there are no lists or not even the generic icon. Once, before entries are
-// shown.
+// Creates both image lists, puts the program's icons in and fills gIconView. A missing icon is reported and
+// replaced by the generic one; false when there are no lists or no generic icon. Once, before entries are shown.
 bool CreateIconLists(HINSTANCE resources);
 void DestroyIconLists();
-// Makes both lists anew with icons of other sizes in pixels, when the window's resolution has changed; indexes stay.
-// False, and nothing changed, when that fails.
+// Makes both lists again with icons of other sizes in pixels, after the window's resolution has changed; indexes stay.
+// False, with nothing changed, on failure.
 bool ResizeIconLists(HINSTANCE resources, int largeSide, int smallSide);
 HIMAGELIST LargeIconList();
 HIMAGELIST SmallIconList();
@@ -37,5 +36,5 @@ HIMAGELIST SmallIconList();
 // Extracts the icon of a location such as "path,number". No icons when there is none; the caller destroys them.
 IconPair GetIconFromIconInfo(const char* iconInfo);
 void DestroyIcons(IconPair& icons);
-// Appends to the large and the small list. The common index, or -1 with both lists as they were.
+// Appends to the large and the small list. The common index, or -1 with both lists unchanged.
 int AddIconToImageList(const IconPair& icons);

@@ -92,7 +92,7 @@ void DeleteDir(const std::string& dirsKey, std::string_view path) {
     platform::DeleteRegistryTree(StoreKeyPath(DirKey(dirsKey, path)));
 }
 
-// One more directory than the list holds: the older of it and the oldest one leaves list and store.
+// The list is full: drops the oldest of its directories and the new one, also from the store.
 void KeepNewer(InitDir* list, const std::string& dirsKey, const std::string& path, FileTime time) {
     DbgVsprintf("LoadInitDirectories", "WARNING. Too many InitDirectories. Looking for Older in list.");
     const int oldest = FindOldestInitDir(list, kInitDirCount);

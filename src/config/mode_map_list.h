@@ -6,8 +6,8 @@
 
 #include "config/mode_map_store.h"
 
-// Adds every extension of the mode map to `list`, unchanged; how many were added. One that nobody describes gets the
-// built-in description.
+// Adds every extension of the mode map to `list`, unchanged; returns how many were added. One without a description
+// gets the built-in one.
 int RegQueryZarnDefaults(std::vector<ModeMapItem>& list);
-// Adds every extension that the shell registers and that `list` does not hold yet, in whatever case; how many.
+// Adds every extension that the shell registers and `list` lacks, whatever its case; returns how many were added.
 int RegQueryRootClasses(std::vector<ModeMapItem>& list);

@@ -53,7 +53,7 @@ struct ZarnSettings {
 
     PortInfo port;  // in force: the connected site's own, else the defaults
     ModeInfo mode;
-    PortInfo defaultPort;  // as "Defaults" holds them
+    PortInfo defaultPort;  // as stored in "Defaults"
     ModeInfo defaultMode;
     UiStyle uiStyle = UiStyle::Details;
     std::int32_t iColumnLengths[kMostColumns] = {};  // pixels; 0 for a column never measured

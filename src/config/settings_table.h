@@ -1,6 +1,6 @@
-// One row per program value of the store: its name, where it lives in the settings, what a new store holds, what an
-// absent value reads as, what the reset writes. The order of the rows is the order of writing. Reading and writing the
-// store itself belongs to defaults_store.h.
+// One row per program value of the store: its name, where it lives in the settings, its value in a new store, the
+// value read when it is absent, the value that the reset writes. The order of the rows is the order of writing. Reading
+// and writing the store itself belongs to defaults_store.h.
 #pragma once
 
 #include <cstdint>
@@ -29,6 +29,6 @@ std::span<const ProgramSetting> ProgramSettings();
 std::uint32_t GetNumber(const ZarnSettings& settings, const ProgramSetting& row);
 void SetNumber(ZarnSettings& settings, const ProgramSetting& row, std::uint32_t value);
 
-// The settings that have rows, as a new store holds them, or as the reset writes them; every other field is kept.
+// The settings that have rows, as in a new store, or as the reset writes them; every other field is kept.
 void SetFirstRunValues(ZarnSettings& settings);
 void SetResetValues(ZarnSettings& settings);

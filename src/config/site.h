@@ -56,7 +56,7 @@ struct Site {
     OwnedText pszUID;
     OwnedText pszPWD;
     OwnedText pszDir;         // initial directory chosen for the site
-    OwnedText pszCurrentDir;  // where the session stands now
+    OwnedText pszCurrentDir;  // the session's current remote folder
     std::uint32_t dwType = 7000;
     std::uint32_t dwCurType = 7000;
     std::int32_t chSeparator = 0;  // remote path separator; not copied

@@ -132,8 +132,8 @@ void ReadSite(const RegistryKey& key, Site& site) {
     ReadGateway(key, site);
 }
 
-// A key beside `oldPath` that no site has, for a move on which only the case of the name changes.
-std::string PassingKey(const std::string& oldName) {
+// An unused key to pass through when only the case of the name changes.
+std::string TemporaryKeyPath(const std::string& oldName) {
     std::string path = StoreKeyPath("") + "\\" + oldName + "_Tmp";
     while (platform::RegistryKeyExists(RegistryRoot::CurrentUser, path)) path += "_Tmp";
     return path;
@@ -143,11 +143,11 @@ bool MoveSiteKey(const std::string& oldName, const std::string& newName) {
     const std::string from = StoreKeyPath(oldName);
     const std::string to = StoreKeyPath(newName);
     if (!EqualsIgnoringCase(oldName, newName)) return platform::MoveRegistryTree(from, to);
-    // The store does not tell names apart by case, so the key must leave its place first.
-    const std::string passing = PassingKey(oldName);
-    if (!platform::MoveRegistryTree(from, passing)) return false;
-    if (platform::MoveRegistryTree(passing, to)) return true;
-    platform::MoveRegistryTree(passing, from);
+    // The store ignores case, so the key has to be moved away first.
+    const std::string temporary = TemporaryKeyPath(oldName);
+    if (!platform::MoveRegistryTree(from, temporary)) return false;
+    if (platform::MoveRegistryTree(temporary, to)) return true;
+    platform::MoveRegistryTree(temporary, from);
     return false;
 }
 

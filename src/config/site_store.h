@@ -16,7 +16,7 @@ SitePtr Zarn_GetSiteInfo(const char* sessionName);
 std::vector<SitePtr> LoadSites();
 // Deletes a site's key and all below it; an empty name does nothing.
 void RegDeleteSiteInfo(const char* sessionName);
-// Moves a site's key. `nameTaken` (may be null) tells whether the tree already shows a site of exactly that name. False
-// when nothing moved.
+// Moves a site's key. `nameTaken` (may be null) returns whether the tree already shows a site of exactly that name.
+// False when nothing was moved.
 bool RenameSiteInfo(const char* oldName, const char* newName, bool makeLastSession,
                     bool (*nameTaken)(const char* name));

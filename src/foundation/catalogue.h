@@ -1,5 +1,5 @@
 // The message catalogue: every text a user sees, by number. Fetches texts, expands them in the style that is fixed per
-// id, and prints them to the console and the log. The texts themselves stand in the resources.
+// id, and prints them to the console and the log. The texts themselves are in the resources.
 #pragma once
 
 #include <cstddef>

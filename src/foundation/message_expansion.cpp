@@ -8,7 +8,7 @@
 
 namespace {
 
-// A catalogue text or a translated one may ask for any width; nobody needs more.
+// A text may ask for any width; more than this is never needed.
 constexpr int kWidest = 500;
 
 // One printf conversion without its percent sign.
@@ -192,7 +192,7 @@ bool ExpandInsert(std::string_view text, std::size_t& at, std::span<const Messag
     return true;
 }
 
-// What stands behind a percent sign in a numbered text and is no insert.
+// Handles the character after a percent sign that begins no insert.
 void AppendEscape(char escape, std::string& out) {
     switch (escape) {
         case 'n':

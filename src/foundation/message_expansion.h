@@ -47,7 +47,7 @@ bool ExpandNumbered(std::string_view text, std::span<const MessageInsert> insert
 enum class InsertClass { None, Decimal, LongDecimal, Unsigned, Hex, Text, Unknown };
 InsertClass FirstInsertClass(std::string_view text);
 
-// A command text that is used as a format once more, without arguments: "%%" becomes "%", any other conversion stays
-// as it stands. Callers that put a name into such a text double its percent signs with DoublePercents.
+// Expands a command text a second time, without arguments: "%%" becomes "%", any other conversion is left
+// alone. Callers that put a name into such a text double its percent signs with DoublePercents.
 std::string ExpandOnceMore(std::string_view text);
 std::string DoublePercents(std::string_view text);

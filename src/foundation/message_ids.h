@@ -1,4 +1,4 @@
-// Names of the catalogue's texts, so that no bare number stands at a call. The texts are in resources/messages.rc.
+// Names of the catalogue's texts, so that calls need no bare numbers. The texts are in resources/messages.rc.
 // Not here: help lines of commands (their id is the command's, resources/resource.h) and names of host types.
 #pragma once
 

@@ -1,8 +1,8 @@
-// Dialogs whose texts come from outside: a text takes the height that it needs, what stands below it moves.
+// Fits a dialog to a text that comes from outside: the text gets the height it needs, the controls below it move.
 #pragma once
 
 #include "foundation/console_pane.h"
 
 // Gives the static control `item` the height of its text, at most `mostLines` lines, moves every control below it and
-// fits the dialog, which stays centred where it was. For WM_INITDIALOG, after the texts are set.
+// resizes the dialog around its centre. For WM_INITDIALOG, after the texts are set.
 void FitDialogToText(WindowHandle dialog, int item, int mostLines);

@@ -23,8 +23,8 @@ struct TraceSwitches {
 };
 extern TraceSwitches gTrace;
 
-// Where lines go besides the debugger stream, and how a failed system call is reported. Filled in once at start-up
-// (trace_sinks.h), called from any thread.
+// Where lines go in addition to the debugger stream, and how a failed system call is reported. Filled in once at
+// start-up (trace_sinks.h), called from any thread.
 struct TraceSinks {
     void (*writeLog)(const char* line) = [](const char*) {};
     void (*printToConsole)(const char* text) = [](const char*) {};

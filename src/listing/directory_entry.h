@@ -65,12 +65,12 @@ struct SymLinkItemDeleter {
 };
 using SymLinkItemPtr = std::unique_ptr<SymLinkItem, SymLinkItemDeleter>;
 
-// Makes a record ready to be parsed into again; sizeText, type, link and node are left alone.
+// Empties a record before it is parsed into; sizeText, type, link and node are left alone.
 void ClearLVobject(LVobject* entry);
 
 // "0KB", "1KB" up to 2047 bytes, "4,882KB".
 OwnedText Zarn_GetColumnSizeText(std::uint32_t size);
-// What stands between a link's name and its target.
+// Separates a link's name from its target.
 inline constexpr std::string_view kLinkArrow = " -> ";
 // Where the arrow before the target begins: the last one that has a text before it; npos for a name without.
 std::size_t LastLinkArrow(std::string_view text);

@@ -61,7 +61,7 @@ bool DumpReader::FillBlock() {
     return true;
 }
 
-// The next line as it stands, without its end; a line longer than the limit is handed out cut.
+// The next line, empty or not, without its end. A line longer than the limit is cut.
 bool DumpReader::NextRawLine(std::string_view& line) {
     while (true) {
         std::string_view rest(block_.get() + position_, blockLength_ - position_);

@@ -33,7 +33,7 @@ bool IsLocal(const char* caller, const Site* site) {
     return true;
 }
 
-// Path of the folder that holds a node; a root's own name.
+// Path of a node's parent folder; for a root its own name.
 OwnedText HoldingPath(const TVobject* node) {
     if (node == nullptr) return {};
     return TV_GetPath(IsRootKind(node->wObjType) ? node : node->pTVparent);
@@ -62,7 +62,7 @@ bool ParseCandidate(std::string_view line, const FtpProp& prop, ListingStyle& st
     return style.isUnix ? BuildItemFromUnixStr(line, entry) : BuildItemFromNTStr(line, entry, HOST_TYPE_WINDOWS_NT);
 }
 
-// Lists the folder that holds the entry and picks its line.
+// Lists the entry's folder and picks its line.
 int FetchProp(const char* caller, FtpProp* prop) {
     if (prop == nullptr || prop->name.empty() || prop->location.empty()) return FTP_ERROR;
     Site* site = SiteOf(*prop);

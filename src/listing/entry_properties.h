@@ -1,6 +1,5 @@
-// What the server's listing says of one entry, for its property sheet: the folder that holds it is listed and its line
-// picked out. Runs on the worker. The sheet itself belongs to the windows, counting what a folder holds to
-// recursive_count.h.
+// What the server's listing says about one entry, for its property sheet: lists the entry's folder and picks its line.
+// Runs on the worker. The sheet itself belongs to the windows, counting a folder's contents to recursive_count.h.
 #pragma once
 
 #include <atomic>
@@ -19,7 +18,7 @@ struct FtpProp {
     OwnedText group;
     OwnedText sizeText;
     OwnedText dateText;  // made by the sheet from `time`
-    OwnedText location;  // remote path of the folder that holds the entry
+    OwnedText location;  // remote path of the entry's folder
     std::uint32_t links = 0;
     std::uint32_t size = 0;  // bytes
     std::uint32_t type = kKindUnclassified;

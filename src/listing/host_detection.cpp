@@ -61,7 +61,7 @@ int AskHelp(Site* site, ReplyBuffer reply, std::string& help) {
     return FTP_COMPLETE;
 }
 
-// False when the server cannot be reached any more, which is told. A refusal leaves the type at Unix.
+// False when the server cannot be reached any more, which is reported. A refusal leaves the type at Unix.
 bool AskSyst(Site* site, const std::string& help, std::uint32_t& hostType) {
     char reply[kReplySize] = "";
     const int result = command(site, reply, "SYST");

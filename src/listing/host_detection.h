@@ -1,5 +1,5 @@
-// Finds the server's host type from its replies to HELP and SYST (RFC 959, section 4.1), for servers whose welcome told
-// nothing. No step of the log-in: the listing driver asks when it can read no line of a listing.
+// Finds the server's host type from its replies to HELP and SYST (RFC 959, section 4.1), for servers whose welcome
+// does not show it. Not a step of the log-in: the listing driver asks when it cannot read any line of a listing.
 #pragma once
 
 #include <cstdint>
@@ -12,7 +12,7 @@
 // failure.
 int ReadProcessHelp(Site* site);
 // Runs ReadProcessHelp once per connection for a site of type 7000 that is still of no known type. True when a type was
-// found, so that a listing is worth reading again. A server that is lost on the way is told to the user.
+// found, so a listing is worth parsing again. The loss of the server is reported to the user.
 bool DetectUnreadableHost(Site* site);
 
 // --- The decisions, without a server. ---

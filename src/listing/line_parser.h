@@ -19,7 +19,7 @@ struct ListingStyle {
     bool isUnix = true;
 };
 
-// The style of a Windows NT server's listing by one of its lines; false when the line tells none.
+// Decides the style of a Windows NT server's listing by one of its lines; false when the line does not show one.
 bool DecideListingStyle(std::string_view line, ListingStyle& style);
 // `lineNumber` counts from 1. Null for a rejected line.
 LVobjectPtr FtpParseLine(std::uint32_t lineNumber, std::uint32_t hostType, std::string_view line, ListingStyle& style,

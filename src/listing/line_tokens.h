@@ -42,7 +42,7 @@ inline int LeadingNumber(std::string_view text) {
 class LineTokens {
   public:
     explicit LineTokens(std::string_view line) : rest_(line) {}
-    // The next token's first `longest` characters; scanning goes on behind its real end. Empty at the end of the line.
+    // The next token's first `longest` characters; scanning continues after its real end. Empty at the end of the line.
     std::string_view Next(std::size_t longest) {
         rest_ = SkipBlanks(rest_);
         const std::size_t length = TokenLength(rest_);
@@ -50,7 +50,7 @@ class LineTokens {
         rest_.remove_prefix(length);
         return token;
     }
-    // What stands behind the last token, its separator included.
+    // The text after the last token, including its separator.
     std::string_view Rest() const { return rest_; }
 
   private:

@@ -22,5 +22,5 @@ struct ListingView {
 };
 extern ListingView gListingView;
 
-// Entries in one batch: large enough that the hand-over costs nothing, small enough that the window answers meanwhile.
+// Entries in one batch: large enough that the hand-over costs nothing, small enough that the window stays responsive.
 inline constexpr std::size_t kListingBatch = 2000;

@@ -8,7 +8,7 @@
 #include "ftp/worker/session_state.h"
 
 bool EndLostConnection(const char* callerName, Site* site, int result, const char* reply) {
-    // Without a control socket the engine has told it already.
+    // Without a control socket the loss has been reported already.
     if (!HasControlSocket(site)) return true;
     if (StopRequested()) return false;
     if (result != FTP_CLOSE) {

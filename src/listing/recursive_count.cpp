@@ -11,6 +11,7 @@
 #include "ftp/data/remote_listing.h"
 #include "ftp/worker/result_codes.h"
 #include "ftp/worker/session_state.h"
+#include "listing/dot_entries.h"
 #include "listing/line_parser.h"
 #include "listing/listing_view.h"
 #include "listing/lost_connection.h"
@@ -23,7 +24,7 @@ constexpr std::uint32_t kShowEveryMilliseconds = 50;
 
 using ContentsPtr = std::unique_ptr<RecursiveContents, RecursiveContentsDeleter>;
 
-// What the walk shares, without the record that the walk frees.
+// The counters that outlive the record, which the walk frees.
 struct SharedCount {
     std::uint32_t* folders;
     std::uint32_t* files;
@@ -41,8 +42,8 @@ void ShowCount(const SharedCount& count) {
         gListingView.showCountedEntries(count.dialog, *count.files, *count.folders);
 }
 
-// One message per entry would cost the window more than the entry costs the server.
-void ShowCountNowAndThen(const SharedCount& count) {
+// A message for each entry would cost the window more than the entry costs the server.
+void ShowCountIfDue(const SharedCount& count) {
     thread_local std::uint32_t shownAt = platform::TickCount() - kShowEveryMilliseconds;
     const std::uint32_t now = platform::TickCount();
     if (now - shownAt < kShowEveryMilliseconds) return;
@@ -65,8 +66,8 @@ char SeparatorOf(const Site* site) {
 
 int Walk(ContentsPtr contents, Site* site);
 
-// The folder's own dump file stays open meanwhile: depth first, in listing order. The depth is bounded by the longest
-// path that a command takes.
+// Depth first, in listing order, with the parent's dump file still open. The longest path that a command takes bounds
+// the depth.
 int WalkChild(const RecursiveContents& parent, Site* site, const LVobject& entry) {
     const std::string location = JoinRemotePath(parent.pszLocation.view(), entry.name.view(), SeparatorOf(site));
     ContentsPtr child(
@@ -108,7 +109,7 @@ int CountEntries(RecursiveContents& contents, Site* site) {
         const LVobjectPtr entry = FtpParseLine(++lineNumber, site->dwCurType, line, style, ignored);
         if (entry && IsCounted(*entry)) CountEntry(contents, site, *entry, result);
         if (Stopped(contents)) return FTP_ERROR;
-        ShowCountNowAndThen(SharedOf(contents));
+        ShowCountIfDue(SharedOf(contents));
     }
     return result;
 }
@@ -121,7 +122,7 @@ int Walk(ContentsPtr contents, Site* site) {
         ListContentsByName(site, contents->pszLocation.get(), contents->dumpFile.get(), reply, *contents->bAborted);
     if (result != FTP_COMPLETE) {
         DoPrintIdArgs(MSG_DIR_LIST_RETURNED, static_cast<unsigned>(result));
-        // What is left could only fail folder by folder.
+        // Every remaining folder would fail, too.
         if (EndLostConnection(kName, site, result, reply)) *contents->bAborted = true;
         return result;
     }

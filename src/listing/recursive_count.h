@@ -1,5 +1,5 @@
 // Counts the folders, files and bytes below a remote folder by listing it and everything below it. Runs on the worker
-// and changes the session's current remote folder. Nothing is shown here but through the listing's view.
+// and changes the session's current remote folder. What it finds is shown through the listing view only.
 #pragma once
 
 #include <atomic>
@@ -11,13 +11,13 @@
 #include "foundation/owned_text.h"
 #include "listing/dump_reader.h"
 
-// One folder of the walk. The counters, the flag and the dialog are shared by all of them and belong to whoever started
-// the count.
+// One folder of the walk. The counters, the flag and the dialog are shared by all folders and belong to the caller
+// that started the count.
 struct RecursiveContents {
     OwnedText pszLocation;  // remote path to list
     OwnedText dumpFile;
     DumpReader reader;                      // open while the folder's entries are walked through
-    std::atomic<bool>* bAborted = nullptr;  // also set when the server is lost on the way
+    std::atomic<bool>* bAborted = nullptr;  // also set when the server is lost
     std::uint32_t* folders = nullptr;
     std::uint32_t* files = nullptr;  // links and everything else included
     void* dialog = nullptr;          // passed on unchanged

@@ -1,5 +1,5 @@
-// A temporary file that one listing or reply goes to, deleted when the object goes. Not the file of the current
-// folder's listing, which has one name for the run.
+// A temporary file for one listing or reply, deleted with the object. Not the file of the current folder's listing,
+// which has one name for the whole run.
 #pragma once
 
 #include "ftp/data/dump_file.h"

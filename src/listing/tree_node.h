@@ -1,5 +1,5 @@
-// One node of the tree as plain data: what it is, what stands below it, which site it belongs to. Its item in the tree
-// control is an opaque number; drawing and selecting belong to the windows. A node owns its children and, at a site,
+// One node of the tree as plain data: what it is, its children, its site. Its item in the tree control is an opaque
+// number; drawing and selecting belong to the windows. A node owns its children and, at a site,
 // the site.
 #pragma once
 
@@ -20,8 +20,8 @@ struct TVobject {
     std::uint32_t files = 0;
     std::uint32_t links = 0;
     std::uint64_t bytes = 0;
-    bool listed = false;       // its folder was listed once: what stands below it is known
-    std::uintptr_t hItem = 0;  // the control's item; 0 while the node stands in no control
+    bool listed = false;       // its folder was listed once, so its children are known
+    std::uintptr_t hItem = 0;  // the control's item; 0 while the node is in no control
     std::uint32_t wObjType = kKindUnclassified;
     TVobject* pTVparent = nullptr;
     Site* pSite = nullptr;  // site nodes only; owned
@@ -32,7 +32,7 @@ TVobject* AllocateTVobject(std::string_view name, std::uint32_t kind);
 // Null is accepted. Frees the children and a site node's Site (sockets closed).
 void Zarn_FreeTVobject(TVobject* node);
 
-// Appends a new child and returns it. No look for a child of that name: TV_FindChild does that, linearly.
+// Appends a new child and returns it. Does not look for a child of that name: TV_FindChild does, linearly.
 TVobject* AddChildNode(TVobject* parent, std::string_view name, std::uint32_t kind);
 TVobject* TV_FindChild(TVobject* parent, std::string_view name);
 void RemoveChildNode(TVobject* parent, TVobject* child);

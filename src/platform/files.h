@@ -37,10 +37,11 @@ struct FileInfo {
     bool isReadOnly = false;
     bool isHidden = false;
     bool isSystem = false;
-    bool isLink = false;  // leads elsewhere (symbolic link, junction); only ListFolder tells
+    bool isLink = false;  // symbolic link or junction; set by ListFolder only
 };
 
-// Opens with sharing for readers. kNoFile on failure; LastSystemError() tells why (80 file exists, 5 denied, ...).
+// Opens with sharing for readers. kNoFile on failure; LastSystemError() gives the reason (80 file exists, 5 denied,
+// ...).
 FileHandle OpenFile(const char* path, FileOptions options);
 bool CloseFile(FileHandle file);
 // Bytes read (0 at the end), -1 on failure.
@@ -53,7 +54,7 @@ bool GetFileSize(FileHandle file, std::uint64_t& size);
 bool SetFileWriteTime(FileHandle file, std::uint64_t localTime);
 
 bool DeleteFilePath(const char* path);
-// Takes the attributes read-only, hidden and system from a file, so that it can be replaced.
+// Removes the attributes read-only, hidden and system from a file, so that it can be replaced.
 bool MakeWritable(const char* path);
 // Renames; with `replace` an existing target file is replaced in one step, else it fails with 183 (exists).
 bool MoveFilePath(const char* from, const char* to, bool replace);
@@ -79,7 +80,7 @@ struct DiskSpace {
     std::uint32_t sectorsPerCluster = 0;
     std::uint32_t freeClusters = 0;  // cut to 32 bits as the old call reports it
 };
-// Free space of the drive that holds `path`.
+// Free space of the drive of `path`.
 bool GetDiskSpace(const char* path, DiskSpace& space);
 // Largest length of a full path in bytes that file calls accept.
 inline constexpr std::size_t kLongestPath = 259;

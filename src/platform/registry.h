@@ -27,7 +27,7 @@ class RegistryKey {
 
     // Opens for reading; an absent key gives a key for which IsOpen() is false.
     static RegistryKey Open(RegistryRoot root, const std::string& path);
-    // Opens or creates with full access. `created` (may be null) tells whether the key is new.
+    // Opens or creates with full access. `created` (may be null) receives whether the key is new.
     static RegistryKey Create(RegistryRoot root, const std::string& path, bool* created);
 
     bool IsOpen() const { return handle_ != kNoKey; }

@@ -74,7 +74,7 @@ int WaitReadable(Socket socket, std::uint32_t milliseconds);
 
 bool ShutdownSocket(Socket socket, ShutdownHow how);
 bool CloseSocket(Socket socket);
-// Ends calls of other threads that are blocked on this socket; they fail. Safe on a socket nobody waits on.
+// Ends calls of other threads that are blocked on this socket; they fail. Safe on a socket that no thread waits on.
 // The socket stays open; a caller that sees its thread still blocked calls again.
 void CancelSocket(Socket socket);
 

@@ -1,5 +1,5 @@
-// Helpers on UTF-8 bytes that the bodies of this floor share: the same result on every system, whatever its own
-// converters make of malformed bytes. Conversions that callers may use stand in system.h.
+// Helpers on UTF-8 bytes with the same result on every system, whatever its own converters do with malformed bytes.
+// Conversions to other encodings belong to system.h.
 #pragma once
 
 #include <cstddef>

@@ -81,7 +81,7 @@ void SetAttributes(FileInfo& info, DWORD attributes) {
     info.isSystem = (attributes & FILE_ATTRIBUTE_SYSTEM) != 0;
 }
 
-// Other reparse points (files in a cloud) are where they stand. Wine gives a linked folder no tag.
+// Other reparse points (files in a cloud) lead nowhere else. Wine gives a linked folder no tag.
 bool IsLink(const WIN32_FIND_DATAW& found) {
     if ((found.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0) return false;
     return found.dwReserved0 == 0 || IsReparseTagNameSurrogate(found.dwReserved0);

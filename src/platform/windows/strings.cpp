@@ -13,7 +13,7 @@ bool LoadText(unsigned id, std::size_t longest, std::string& text) {
     // A buffer size of 0 asks for the address of the text in the program itself; it has no terminator.
     const int length = ::LoadStringW(::GetModuleHandleW(nullptr), id, reinterpret_cast<wchar_t*>(&stored), 0);
     if (length <= 0 || stored == nullptr) {
-        // An empty text cannot be told from a missing one, and the system sets no error for some missing ones.
+        // An empty text looks like a missing one, and the system sets no error for some missing ones.
         ::SetLastError(ERROR_RESOURCE_NAME_NOT_FOUND);
         return false;
     }
