@@ -9,6 +9,7 @@
 #include "foundation/message_ids.h"
 #include "foundation/text_copy.h"
 #include "foundation/trace.h"
+#include "foundation/trace_address.h"
 #include "platform/system.h"
 
 namespace {
@@ -29,10 +30,6 @@ constexpr TextField kTextFields[] = {
     {&Site::pszGatePWD, kUserSize},
 };
 constexpr std::size_t kLongestUser = 80;
-
-unsigned Address(const void* pointer) {
-    return static_cast<unsigned>(reinterpret_cast<std::uintptr_t>(pointer));
-}
 
 OwnedText EmptyBuffer(std::size_t size) {
     return OwnedText::Copy({}, size);
@@ -123,9 +120,9 @@ Site* Zarn_DupSite(const Site* site) {
         return nullptr;
     }
     if (site->pszSessionName) {
-        DbgVsprintf("Zarn_DupSite", "Entered. Dupping:%x:%s", Address(site), site->pszSessionName.get());
+        DbgVsprintf("Zarn_DupSite", "Entered. Dupping:%x:%s", TraceAddress(site), site->pszSessionName.get());
     } else {
-        DbgVsprintf("Zarn_DupSite", "Entered. Dupping:%x:NULL pszSessionName", Address(site));
+        DbgVsprintf("Zarn_DupSite", "Entered. Dupping:%x:NULL pszSessionName", TraceAddress(site));
     }
     SitePtr copy(new (std::nothrow) Site);
     if (copy == nullptr) {

@@ -13,6 +13,7 @@
 #include "foundation/text_compare.h"
 #include "foundation/text_copy.h"
 #include "foundation/trace.h"
+#include "foundation/trace_address.h"
 #include "platform/registry.h"
 #include "platform/system.h"
 
@@ -28,10 +29,6 @@ constexpr std::size_t kPasswordBytes = 80;
 constexpr std::size_t kDirectoryBytes = 520;
 constexpr std::size_t kLongestUser = 80;
 constexpr std::size_t kLongestKeyName = 259;
-
-unsigned Address(const void* pointer) {
-    return static_cast<unsigned>(reinterpret_cast<std::uintptr_t>(pointer));
-}
 
 bool IsSiteKey(std::string_view name) {
     return !name.empty() && name.find('\\') == std::string_view::npos && !EqualsIgnoringCase(name, kDefaultsKey);
@@ -193,7 +190,7 @@ SitePtr Zarn_GetSiteInfo(const char* sessionName) {
     site->pszSessionName = DupString(sessionName);
     if (site->pSock == nullptr || !site->pszSessionName) return nullptr;
     ReadSite(key, *site);
-    DbgVsprintf("Zarn_GetSiteInfo", "Done. Returning %x", Address(site.get()));
+    DbgVsprintf("Zarn_GetSiteInfo", "Done. Returning %x", TraceAddress(site.get()));
     return site;
 }
 

@@ -38,7 +38,6 @@ void DumpReader::Close() {
 bool DumpReader::Open(const char* traceContext, const char* fileName) {
     file_ = GetDumpFileHandle(traceContext, fileName, platform::FileAccess::Read);
     if (file_ == platform::kNoFile) return false;
-    if (!platform::GetFileSize(file_, fileSize_)) fileSize_ = 0;
     if (block_ == nullptr) block_.reset(new (std::nothrow) char[kBlockSize]);
     if (block_ != nullptr) return true;
     DbgVsprintf(traceContext, "(ERROR) Failed to Allocate Memory for pszFileBuffer. Returning -1");

@@ -21,7 +21,6 @@ class DumpReader {
     // The next line without its line end and leading blanks; "total " is skipped as the first line only, empty lines
     // always. False at the end. The view lives until the next call.
     bool NextLine(std::string_view& line);
-    std::uint64_t FileSize() const { return fileSize_; }
     std::uint64_t BytesRead() const { return bytesRead_; }
     // kNoFile while nothing is open.
     platform::FileHandle Handle() const { return file_; }
@@ -33,7 +32,6 @@ class DumpReader {
     bool NextRawLine(std::string_view& line);
 
     platform::FileHandle file_ = platform::kNoFile;
-    std::uint64_t fileSize_ = 0;
     std::uint64_t bytesRead_ = 0;
     std::unique_ptr<char[]> block_;
     std::size_t blockLength_ = 0;

@@ -110,9 +110,10 @@ bool SetPropFromLVobject(FtpProp* prop, LVobject* obj) {
 }
 
 bool ParsePropFromFile(const char* file, FtpProp* prop) {
-    constexpr char kName[] = "ParsePropFromFile";
+    static constexpr char kFuncName[] = "ParsePropFromFile";
     DumpReader reader;
-    if (prop == nullptr || prop->name.empty() || SiteOf(*prop) == nullptr || !reader.Open(kName, file)) return false;
+    if (prop == nullptr || prop->name.empty() || SiteOf(*prop) == nullptr || !reader.Open(kFuncName, file))
+        return false;
     ListingStyle style;
     std::string_view line;
     while (reader.NextLine(line)) {
@@ -120,7 +121,7 @@ bool ParsePropFromFile(const char* file, FtpProp* prop) {
         const LVobjectPtr entry(AllocateLVobject(nullptr));
         if (!entry) return false;
         if (ParseCandidate(line, *prop, style, entry.get()) && SetPropFromLVobject(prop, entry.get())) return true;
-        DbgVsprintf(kName, "Continueing...");
+        DbgVsprintf(kFuncName, "Continueing...");
     }
     return false;
 }

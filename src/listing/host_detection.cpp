@@ -6,6 +6,7 @@
 #include "foundation/catalogue.h"
 #include "foundation/message_ids.h"
 #include "foundation/text_compare.h"
+#include "foundation/text_marker.h"
 #include "foundation/trace.h"
 #include "ftp/control/control_connection.h"
 #include "ftp/control/reply_buffer.h"
@@ -17,7 +18,7 @@
 
 namespace {
 
-constexpr char kName[] = "ReadProcessHelp";
+constexpr char kFuncName[] = "ReadProcessHelp";
 constexpr int kHelpMessage = 214;
 constexpr std::uint32_t kSolarisCapabilities = 15;
 constexpr std::uint32_t kMvsCapability = 2;
@@ -32,7 +33,7 @@ constexpr std::uint32_t kPcTcp = 7020;
 
 std::string ReadHelpFile(const char* file) {
     std::string text;
-    const platform::FileHandle handle = GetDumpFileHandle(kName, file, platform::FileAccess::Read);
+    const platform::FileHandle handle = GetDumpFileHandle(kFuncName, file, platform::FileAccess::Read);
     if (handle == platform::kNoFile) return text;
     text.resize(kLongestHelp);
     std::size_t length = 0;
@@ -66,7 +67,7 @@ bool AskSyst(Site* site, const std::string& help, std::uint32_t& hostType) {
     char reply[kReplySize] = "";
     const int result = command(site, reply, "SYST");
     if (result == SOCKET_ERROR || result == FTP_CLOSE) {
-        EndLostConnection(kName, site, result, "");
+        EndLostConnection(kFuncName, site, result, "");
         return false;
     }
     if (result != FTP_COMPLETE) return true;
@@ -88,11 +89,7 @@ HelpVerdict HostTypeOfHelp(std::string_view help) {
 }
 
 std::uint32_t HostTypeOfSyst(std::string_view reply) {
-    struct Sign {
-        std::string_view text;
-        std::uint32_t type;
-    };
-    static constexpr Sign kSigns[] = {
+    static constexpr TextMarker<std::uint32_t> kMarkers[] = {
         {"Windows_NT", HOST_TYPE_WINDOWS_NT},
         {"WINDOWS NT Type: L8", kWindowsNtL8},
         {"UNIX", HOST_TYPE_UNIX},
@@ -101,9 +98,7 @@ std::uint32_t HostTypeOfSyst(std::string_view reply) {
         {"PC Type: L8", kPcL8},
         {"OS/MVS", HOST_TYPE_IBM_MVS},
     };
-    for (const Sign& sign : kSigns)
-        if (Contains(reply, sign.text)) return sign.type;
-    return HOST_TYPE_UNIX;
+    return MeaningOf(reply, kMarkers, HOST_TYPE_UNIX);
 }
 
 bool IsHelpReply(std::string_view reply) {
@@ -124,8 +119,8 @@ int ReadProcessHelp(Site* site) {
     std::string help;
     const int result = AskHelp(site, reply, help);
     if (result != FTP_COMPLETE) {
-        DbgVsprintf(kName, "ERROR. HELP returned %d:%s", result, reply);
-        EndLostConnection(kName, site, result, reply);
+        DbgVsprintf(kFuncName, "ERROR. HELP returned %d:%s", result, reply);
+        EndLostConnection(kFuncName, site, result, reply);
         return result;
     }
     if (site->dwType == HOST_TYPE_AUTO) {

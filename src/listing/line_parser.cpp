@@ -11,11 +11,11 @@
 
 namespace {
 
-constexpr char kName[] = "FtpParseLine";
+constexpr char kFuncName[] = "FtpParseLine";
 
 void TraceBadLine(std::string_view line) {
     if (!gTrace.Any()) return;
-    DbgVsprintf(kName, "ERROR. BAD Line was read!!!!\n(%s)\n", std::string(line.substr(0, kTextBuffer)).c_str());
+    DbgVsprintf(kFuncName, "ERROR. BAD Line was read!!!!\n(%s)\n", std::string(line.substr(0, kTextBuffer)).c_str());
 }
 
 bool ParseNtServerLine(std::uint32_t lineNumber, std::string_view line, ListingStyle& style, LVobject* entry) {

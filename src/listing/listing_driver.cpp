@@ -8,6 +8,7 @@
 #include "foundation/catalogue.h"
 #include "foundation/message_ids.h"
 #include "foundation/trace.h"
+#include "foundation/trace_address.h"
 #include "ftp/control/remote_commands.h"
 #include "ftp/control/reply_buffer.h"
 #include "ftp/data/dump_file.h"
@@ -145,11 +146,11 @@ void EndListing(TVobject* node, int result) {
 
 // Parses the whole dump file for one host type; false when it cannot be opened.
 bool ParseWholeDump(TVobject* node, Site* site, const OwnedText& path, bool mayAskServer) {
-    constexpr char kName[] = "LV_ParseObjects";
+    static constexpr char kFuncName[] = "LV_ParseObjects";
     const std::uint32_t hostType = HostTypeOf(site);
     DumpReader reader;
-    if (!reader.Open(kName, ListingDumpFile())) {
-        DbgVsprintf(kName, "(ERROR) Failed to get Dumpfile Handle for %s! Returning -1", path.c_str());
+    if (!reader.Open(kFuncName, ListingDumpFile())) {
+        DbgVsprintf(kFuncName, "(ERROR) Failed to get Dumpfile Handle for %s! Returning -1", path.c_str());
         return false;
     }
     gSessionView.setStatusText(CatalogueText(MSG_PARSING_LIST).c_str());
@@ -169,10 +170,10 @@ bool ParseWholeDump(TVobject* node, Site* site, const OwnedText& path, bool mayA
 }
 
 int ParseDumpFile(TVobject* node, Site* site) {
-    constexpr char kName[] = "LV_ParseObjects";
+    static constexpr char kFuncName[] = "LV_ParseObjects";
     const OwnedText path = TV_GetPath(node);
     if (!path) {
-        DbgVsprintf(kName, "(ERROR) Call to TV_GetPath(%x) Failed.", TraceAddress(node));
+        DbgVsprintf(kFuncName, "(ERROR) Call to TV_GetPath(%x) Failed.", TraceAddress(node));
         return FTP_ERROR;
     }
     if (!ParseWholeDump(node, site, path, true)) return FTP_ERROR;
@@ -205,17 +206,17 @@ FolderEntry EnterNodeFolder(
 
 // What a change of folder does before it lists; the result of the listing, or 0.
 int ChangeAndList(TVobject* node) {
-    constexpr char kName[] = "LV_ChangeDir";
+    static constexpr char kFuncName[] = "LV_ChangeDir";
     Site* site = node != nullptr && !node->pszName.empty() ? TV_GetFtpSite(node) : nullptr;
     const OwnedText path = site != nullptr ? TV_GetPath(node) : OwnedText();
     if (path.empty()) return 0;
     const std::string from = site->pszCurrentDir.c_str();
-    switch (EnterNodeFolder(kName, site, path)) {
+    switch (EnterNodeFolder(kFuncName, site, path)) {
         case FolderEntry::AlreadyThere:
-            DbgVsprintf(kName, "(%s) Didn't have to change dir!", path.c_str());
+            DbgVsprintf(kFuncName, "(%s) Didn't have to change dir!", path.c_str());
             break;
         case FolderEntry::Changed:
-            DbgVsprintf(kName, "( FROM %s TO %s ) HAD to change dir!", from.c_str(), path.c_str());
+            DbgVsprintf(kFuncName, "( FROM %s TO %s ) HAD to change dir!", from.c_str(), path.c_str());
             break;
         case FolderEntry::Failed:
             return 0;
@@ -226,22 +227,22 @@ int ChangeAndList(TVobject* node) {
 }  // namespace
 
 int LV_ListDirectory(TVobject* node) {
-    constexpr char kName[] = "LV_ListDirectory";
+    static constexpr char kFuncName[] = "LV_ListDirectory";
     if (node == nullptr || node->pszName.empty()) return FTP_ERROR;
     Site* site = TV_GetFtpSite(node);
     if (site == nullptr) {
-        DbgVsprintf(kName, "ERROR. Call to TV_GetFtpSite() Failed. Returning FTP_ERROR");
+        DbgVsprintf(kFuncName, "ERROR. Call to TV_GetFtpSite() Failed. Returning FTP_ERROR");
         return FTP_ERROR;
     }
     if (!site->bConnected) return FTP_NOTCONNECTED;
     if (site->pszCurrentDir.empty()) return FTP_ERROR;
     const OwnedText path = TV_GetPath(node);
     if (!path) {
-        DbgVsprintf(kName, "(ERROR) Call to TV_GetPath(%x) Failed.", TraceAddress(node));
+        DbgVsprintf(kFuncName, "(ERROR) Call to TV_GetPath(%x) Failed.", TraceAddress(node));
         return FTP_ERROR;
     }
-    const auto traceChange = [](const char* to) { DbgVsprintf(kName, "Changing Directory to %s", to); };
-    if (EnterNodeFolder(kName, site, path, traceChange) == FolderEntry::Failed) return FTP_ERROR;
+    const auto traceChange = [](const char* to) { DbgVsprintf(kFuncName, "Changing Directory to %s", to); };
+    if (EnterNodeFolder(kFuncName, site, path, traceChange) == FolderEntry::Failed) return FTP_ERROR;
 
     char reply[kReplySize] = "";
     const int result = DoDirList(site, "LIST", reply);
@@ -249,7 +250,7 @@ int LV_ListDirectory(TVobject* node) {
         // A part of a listing is not the folder: the list stays as it was.
         DeleteListingDumpFile();
         DoPrintIdArgs(MSG_DIR_LIST_RETURNED, static_cast<unsigned>(result));
-        EndLostConnection(kName, site, result, reply);
+        EndLostConnection(kFuncName, site, result, reply);
         return result;
     }
     if (!gSession.exiting) SetTransferAbort(false);
@@ -269,31 +270,31 @@ int LV_ParseObjects(TVobject* node) {
 }
 
 int LV_ChangeDir(TVobject* node) {
-    constexpr char kName[] = "LV_ChangeDir";
+    static constexpr char kFuncName[] = "LV_ChangeDir";
     const char* name = node != nullptr ? node->pszName.c_str() : "";
-    DbgVsprintf(kName, "(0x%x:%s) Entered", TraceAddress(node), name);
+    DbgVsprintf(kFuncName, "(0x%x:%s) Entered", TraceAddress(node), name);
     SetBusy(true);
     gSessionView.refreshWindow();
     gSessionView.setStatusText(CatalogueText(MSG_CHANGING_FOLDER).c_str());
 
     const int result = ChangeAndList(node);
     if (result != FTP_COMPLETE) {
-        DbgVsprintf(kName, "ERROR. Call to LV_ListDirectory(%x:%s) returned %d", TraceAddress(node), name, result);
+        DbgVsprintf(kFuncName, "ERROR. Call to LV_ListDirectory(%x:%s) returned %d", TraceAddress(node), name, result);
         ClearFlags();
         gSessionView.refreshWindow();
         gSessionView.setStatusText(CatalogueText(MSG_CONNECTION_FAILED).c_str());
     }
     gSessionView.refreshWindow();
     gSessionView.setStatusText("");
-    DbgVsprintf(kName, "Done. Returning %d", result);
+    DbgVsprintf(kFuncName, "Done. Returning %d", result);
     return result;
 }
 
 bool TV_PreSelect(TVobject* node) {
-    constexpr char kName[] = "TV_PreSelect";
+    static constexpr char kFuncName[] = "TV_PreSelect";
     Site* site = node != nullptr ? TV_GetFtpSite(node) : nullptr;
     const OwnedText path = site != nullptr ? TV_GetPath(node) : OwnedText();
     if (path.empty()) return false;
-    const auto traceChange = [](const char* to) { DbgVsprintf(kName, "Calling ChangeRemoteDirectory(%s)", to); };
-    return EnterNodeFolder(kName, site, path, traceChange) != FolderEntry::Failed;
+    const auto traceChange = [](const char* to) { DbgVsprintf(kFuncName, "Calling ChangeRemoteDirectory(%s)", to); };
+    return EnterNodeFolder(kFuncName, site, path, traceChange) != FolderEntry::Failed;
 }

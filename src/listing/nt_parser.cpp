@@ -38,15 +38,15 @@ void ReadTimeOfDay(std::string_view text, CalendarTime& date) {
 
 // Leaves day and year zero, which no calendar has, when the text is not in the expected form.
 CalendarTime ReadDate(std::string_view text) {
-    constexpr char kName[] = "DosDateStringToFileTime";
+    static constexpr char kFuncName[] = "DosDateStringToFileTime";
     CalendarTime date;
     date.month = LeadingNumber(text.substr(0, 2));
     if (text.size() < 3 || text[2] != '-') {
-        DbgVsprintf(kName, "failed on Third Character");
+        DbgVsprintf(kFuncName, "failed on Third Character");
         return date;
     }
     if (text.find('-', 3) != 5) {
-        DbgVsprintf(kName, "failed on first two chars");
+        DbgVsprintf(kFuncName, "failed on first two chars");
         return date;
     }
     date.day = LeadingNumber(text.substr(3, 2));

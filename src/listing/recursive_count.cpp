@@ -19,7 +19,7 @@
 
 namespace {
 
-constexpr char kName[] = "FtpRecurseDirContents";
+constexpr char kFuncName[] = "FtpRecurseDirContents";
 constexpr std::uint32_t kShowEveryMilliseconds = 50;
 
 using ContentsPtr = std::unique_ptr<RecursiveContents, RecursiveContentsDeleter>;
@@ -123,10 +123,10 @@ int Walk(ContentsPtr contents, Site* site) {
     if (result != FTP_COMPLETE) {
         DoPrintIdArgs(MSG_DIR_LIST_RETURNED, static_cast<unsigned>(result));
         // Every remaining folder would fail, too.
-        if (EndLostConnection(kName, site, result, reply)) *contents->bAborted = true;
+        if (EndLostConnection(kFuncName, site, result, reply)) *contents->bAborted = true;
         return result;
     }
-    if (Stopped(*contents) || !contents->reader.Open(kName, contents->dumpFile.get())) return FTP_ERROR;
+    if (Stopped(*contents) || !contents->reader.Open(kFuncName, contents->dumpFile.get())) return FTP_ERROR;
     return CountEntries(*contents, site);
 }
 
@@ -165,7 +165,7 @@ int FtpRecurseDirContents(RecursiveContents* pContents) {
     Site* site = gSession.activeSite;
     if (site == nullptr || !IsComplete(*contents)) return FTP_ERROR;
     if (*contents->bAborted) {
-        DbgVsprintf(kName, "WARNING. pContents->bAborted was TRUE upon func() entry.");
+        DbgVsprintf(kFuncName, "WARNING. pContents->bAborted was TRUE upon func() entry.");
         return FTP_ERROR;
     }
     if (StopRequested()) return FTP_ERROR;

@@ -8,7 +8,9 @@
 #include "foundation/message_expansion.h"
 #include "foundation/message_ids.h"
 #include "foundation/text_compare.h"
+#include "foundation/text_marker.h"
 #include "foundation/trace.h"
+#include "foundation/trace_address.h"
 #include "ftp/control/remote_commands.h"
 #include "ftp/control/reply_buffer.h"
 #include "ftp/data/data_connection.h"
@@ -22,8 +24,6 @@
 
 namespace {
 
-constexpr char kResolve[] = "Zarn_ResolveSymLink";
-constexpr char kInfo[] = "GetFtpLinkInfo";
 constexpr std::size_t kLinkNameBuffer = 264;
 constexpr std::string_view kChainSeparator = " : ";
 
@@ -34,9 +34,10 @@ bool ServerIsGone(const Site* site, int result) {
 // When the way back fails, the server's folder is unknown: the current folder is forgotten, so the next operation
 // changes to its own. After a stop nothing is sent, because nobody would read the reply.
 void ReturnToCurrentFolder(Site* site) {
+    static constexpr char kFuncName[] = "GetFtpLinkInfo";
     char reply[kReplySize] = "";
     if (!StopRequested() && DoCWD(site, site->pszCurrentDir.get(), reply, false) == FTP_COMPLETE) return;
-    DbgVsprintf(kInfo, "ERROR. Can't go back to %s", site->pszCurrentDir.c_str());
+    DbgVsprintf(kFuncName, "ERROR. Can't go back to %s", site->pszCurrentDir.c_str());
     ForgetSessionDirectory(*site);
 }
 
@@ -112,10 +113,11 @@ LineSays ParseTargetLine(std::string_view line, std::string_view key, LVobject* 
 }  // namespace
 
 bool SplitLinkText(std::string_view text, std::string& name, std::string& target) {
+    static constexpr char kFuncName[] = "Zarn_ResolveSymLink";
     const std::size_t arrow = LastLinkArrow(text);
     if (arrow == std::string_view::npos) return false;
     target = text.substr(arrow + kLinkArrow.size());
-    name = FormatBounded(kResolve, kLinkNameBuffer, "%s", std::string(text.substr(0, arrow)).c_str());
+    name = FormatBounded(kFuncName, kLinkNameBuffer, "%s", std::string(text.substr(0, arrow)).c_str());
     return true;
 }
 
@@ -142,11 +144,7 @@ void SplitLinkPath(std::string_view path, std::string& folder, std::string& name
 }
 
 LinkTarget LinkTargetOf(int result, std::string_view reply) {
-    struct Sign {
-        std::string_view text;
-        LinkTarget meaning;
-    };
-    static constexpr Sign kSigns[] = {
+    static constexpr TextMarker<LinkTarget> kMarkers[] = {
         {"not a directory", LinkTarget::File},
         {"no such file", LinkTarget::File},
         // A folder that may not be entered is still a folder.
@@ -158,10 +156,7 @@ LinkTarget LinkTargetOf(int result, std::string_view reply) {
     };
     if (result >= 100 && result <= 599) result /= 100;
     if (result == FTP_COMPLETE) return LinkTarget::Folder;
-    const std::string said = AsciiLower(reply);
-    for (const Sign& sign : kSigns)
-        if (Contains(said, sign.text)) return sign.meaning;
-    return LinkTarget::File;
+    return MeaningOf(AsciiLower(reply), kMarkers, LinkTarget::File);
 }
 
 bool ParseLinkFromFile(const char* file, SymLinkItem* item, bool isFolder) {
@@ -181,6 +176,7 @@ bool ParseLinkFromFile(const char* file, SymLinkItem* item, bool isFolder) {
 }
 
 bool GetFtpLinkInfo(Site* site, SymLinkItem* item, int& lastResult) {
+    static constexpr char kFuncName[] = "GetFtpLinkInfo";
     lastResult = FTP_ERROR;
     if (site == nullptr || item == nullptr || item->pszLinkedName.empty() || item->targetFolder.empty() ||
         item->pszLinkPath.empty() || StopRequested()) {
@@ -193,7 +189,7 @@ bool GetFtpLinkInfo(Site* site, SymLinkItem* item, int& lastResult) {
     lastResult = DoCWD(site, item->pszLinkPath.c_str(), reply, false);
     if (ServerIsGone(site, lastResult)) return false;
     const LinkTarget target = LinkTargetOf(lastResult, reply);
-    DbgVsprintf(kInfo, "(%s) %s", item->pszLinkPath.c_str(), target == LinkTarget::Folder ? "Folder" : "File");
+    DbgVsprintf(kFuncName, "(%s) %s", item->pszLinkPath.c_str(), target == LinkTarget::Folder ? "Folder" : "File");
     switch (target) {
         case LinkTarget::Folder:
             return ListTargetsFolder(site, *item, dump.Name(), lastResult) &&
@@ -209,6 +205,7 @@ bool GetFtpLinkInfo(Site* site, SymLinkItem* item, int& lastResult) {
 }
 
 SymLinkItemPtr Zarn_ResolveSymLink(Site* site, const char* folder, const LVobject* entry, int& lastResult) {
+    static constexpr char kFuncName[] = "Zarn_ResolveSymLink";
     lastResult = FTP_ERROR;
     if (site == nullptr || folder == nullptr || entry == nullptr || entry->type != kKindLink ||
         LastLinkArrow(entry->name.view()) == std::string_view::npos) {
@@ -222,15 +219,14 @@ SymLinkItemPtr Zarn_ResolveSymLink(Site* site, const char* folder, const LVobjec
     const LVobject* link = entry;
     while (item->hops < kMostLinkHops) {
         if (!FollowHop(site, *item, link->name.view(), lastResult)) {
-            DbgVsprintf(kResolve, "ERROR. Returning NULL");
+            DbgVsprintf(kFuncName, "ERROR. Returning NULL");
             return nullptr;
         }
         link = item->object;
         if (link->type != kKindLink) break;
         if (!Replace(item->linkFolder, item->targetFolder.view())) return nullptr;
     }
-    DbgVsprintf(kResolve, "Returning %x. (%s: Link Count:%d)",
-                static_cast<unsigned>(reinterpret_cast<std::uintptr_t>(item.get())), item->chain.c_str(),
+    DbgVsprintf(kFuncName, "Returning %x. (%s: Link Count:%d)", TraceAddress(item.get()), item->chain.c_str(),
                 static_cast<int>(item->hops));
     return item;
 }

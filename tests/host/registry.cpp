@@ -274,7 +274,7 @@ bool MoveRegistryTree(const std::string& from, const std::string& to) {
     if (key == nullptr) return host::Fail(host::kErrorFileNotFound);
     if (source == target) return true;
     const KeyReference existing = FindKey(Store().currentUser, target);
-    if (existing != nullptr && existing != key) return host::Fail(kErrorAlreadyExists);
+    if (existing != nullptr) return host::Fail(kErrorAlreadyExists);
 
     if (fault_injection::Strikes(fault_injection::Call::RegistryWrite)) return false;
     if (Store().refusal != 0) return host::Fail(static_cast<std::uint32_t>(Store().refusal));

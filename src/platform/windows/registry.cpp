@@ -108,20 +108,6 @@ LONG MoveTree(const std::wstring& from, const std::wstring& to) {
     return error != ERROR_SUCCESS ? error : DeleteTree(from);
 }
 
-// A name free beside `path`.
-std::wstring FreeNameBeside(const std::wstring& path) {
-    std::wstring name = path + L"~";
-    while (KeyExists(RegistryRoot::CurrentUser, name)) name.push_back(L'~');
-    return name;
-}
-
-// A name that changes in case only is still the same key, so it takes two steps.
-LONG ChangeCase(const std::wstring& from, const std::wstring& to) {
-    const std::wstring between = FreeNameBeside(from);
-    const LONG error = MoveTree(from, between);
-    return error != ERROR_SUCCESS ? error : MoveTree(between, to);
-}
-
 }  // namespace
 
 RegistryKey::RegistryKey(RegistryKey&& other) noexcept
@@ -242,7 +228,7 @@ bool MoveRegistryTree(const std::string& from, const std::string& to) {
     const std::wstring source = CleanPath(from);
     const std::wstring target = CleanPath(to);
     if (source == target && KeyExists(RegistryRoot::CurrentUser, source)) return true;
-    const LONG error = SameName(source, target) ? ChangeCase(source, target) : MoveTree(source, target);
+    const LONG error = MoveTree(source, target);
     ::SetLastError(static_cast<DWORD>(error));
     return error == ERROR_SUCCESS;
 }

@@ -44,7 +44,6 @@ class WideArgument {
     WideArgument& operator=(const WideArgument&) = delete;
 
     const wchar_t* Text() const { return text_.c_str(); }
-    const std::wstring& String() const { return text_; }
 
   private:
     std::wstring text_;
