@@ -6,7 +6,6 @@
 #include "foundation/foundation_view.h"
 #include "foundation/message_ids.h"
 #include "foundation/text_compare.h"
-#include "foundation/trace.h"
 #include "ftp/worker/session_state.h"
 #include "resources/resource.h"
 #include "ui/browse/list_edit.h"
