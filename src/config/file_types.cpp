@@ -122,9 +122,8 @@ std::string BuiltInDescription(std::string_view extension) {
         if (same) return CatalogueText(type.text);
     }
     const bool digit = extension[1] >= '0' && extension[1] <= '9';
-    std::string description = digit ? CatalogueText(MSG_GENERIC_FILE) : NamedDescription(extension);
-    platform::CutUtf8(description, kLongestDescription);
-    return description;
+    const std::string description = digit ? CatalogueText(MSG_GENERIC_FILE) : NamedDescription(extension);
+    return std::string(platform::CutUtf8(description, kLongestDescription));
 }
 
 // What the mode map or the shell says; nothing when neither describes the extension.

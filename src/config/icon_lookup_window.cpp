@@ -8,7 +8,7 @@
 #include "config/icon_info.h"
 #include "foundation/foundation_view.h"
 #include "foundation/trace.h"
-#include "platform/system.h"
+#include "foundation/wide_text_window.h"
 
 EntryIcons gEntryIcons;
 
@@ -97,8 +97,7 @@ std::uint16_t FolderIndex() {
 
 // Locations may name folders of the system as "%SystemRoot%".
 std::wstring ExpandedPath(const std::string& path) {
-    const std::u16string wide = platform::Utf8ToWide(path);
-    const std::wstring source(wide.begin(), wide.end());
+    const std::wstring source = Wide(path);
     wchar_t expanded[MAX_PATH * 2] = {};
     const DWORD length = ::ExpandEnvironmentStringsW(source.c_str(), expanded, MAX_PATH * 2);
     return length == 0 || length > MAX_PATH * 2 ? source : std::wstring(expanded);

@@ -7,15 +7,14 @@
 #include <string>
 #include <string_view>
 
-#include "platform/system.h"
+#include "platform/windows/wide_text.h"
 
 inline std::wstring Wide(std::string_view text) {
-    const std::u16string wide = platform::Utf8ToWide(text);
-    return std::wstring(wide.begin(), wide.end());
+    return platform::ToWide(text);
 }
 
 inline std::string Narrow(std::wstring_view text) {
-    return platform::WideToUtf8(std::u16string(text.begin(), text.end()));
+    return platform::FromWide(text);
 }
 
 inline void SetText(HWND window, std::string_view text) {

@@ -70,11 +70,10 @@ void AppendUtf8(std::string& text, char32_t codePoint) {
     append(0x80 | (codePoint & 0x3F));
 }
 
-void CutUtf8(std::string& text, std::size_t longest) {
-    if (text.size() <= longest) return;
-    std::size_t length = longest;
-    while (length > 0 && (static_cast<unsigned char>(text[length]) & 0xC0) == 0x80) --length;
-    text.resize(length);
+std::string_view CutUtf8(std::string_view text, std::size_t longest) {
+    if (text.size() <= longest) return text;
+    while (longest > 0 && (static_cast<unsigned char>(text[longest]) & 0xC0) == 0x80) --longest;
+    return text.substr(0, longest);
 }
 
 bool IsValidUtf8(std::string_view bytes) {

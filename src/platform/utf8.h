@@ -20,7 +20,7 @@ struct CodePoint {
 CodePoint ReadCodePoint(std::string_view text);
 void AppendUtf8(std::string& text, char32_t codePoint);
 
-// Cuts to at most `longest` bytes without splitting a character.
-void CutUtf8(std::string& text, std::size_t longest);
+// The beginning of `text`, at most `longest` bytes, without splitting a character.
+std::string_view CutUtf8(std::string_view text, std::size_t longest);
 
 }  // namespace platform

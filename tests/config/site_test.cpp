@@ -139,8 +139,13 @@ TEST(DupSite, PeerNamesAreCopiedOnlyWithABuffer) {
     EXPECT_EQ(copy->pSock->readPosition, copy->pSock->fillMark);
 }
 
-TEST(FreeSite, NullIsAccepted) {
+TEST(FreeSite, NullIsAcceptedAndClosesNothing) {
+    std::string description;
+    ASSERT_EQ(platform::StartSockets(description), 0);
+    const platform::Socket open = platform::CreateSocket(platform::SocketKind::Stream);
     Zarn_FreeSite(nullptr, true);
+    EXPECT_TRUE(platform::CloseSocket(open));
+    platform::StopSockets();
 }
 
 TEST(FreeSite, ClosesTheOpenSocketsWhenAsked) {

@@ -102,7 +102,7 @@ bool LoadText(unsigned id, std::size_t longest, std::string& text) {
     const auto found = table.find(id);
     if (found == table.end() || found->second.empty()) return host::Fail(host::kErrorTextNotFound);
     text = found->second;
-    CutUtf8(text, longest);
+    text.resize(CutUtf8(text, longest).size());
     return true;
 }
 

@@ -41,14 +41,19 @@ TEST(Clock, ZonesAreWholeQuartersOfAnHour) {
 }
 
 TEST(Clock, CountersRunForwardAtTheSamePace) {
-    const std::uint32_t ticks = platform::TickCount();
-    const std::uint64_t microseconds = platform::Microseconds();
+    // Each reading of the ticks is taken between two of the microseconds, so a pause of this thread changes nothing.
+    const std::uint64_t beforeFirst = platform::Microseconds();
+    const std::uint32_t first = platform::TickCount();
+    const std::uint64_t afterFirst = platform::Microseconds();
     platform::SleepMilliseconds(100);
-    const std::uint32_t ticksPassed = platform::TickCount() - ticks;
-    const std::uint64_t microsecondsPassed = platform::Microseconds() - microseconds;
-    EXPECT_GE(microsecondsPassed, 95'000u);
-    // The tick counter may step by 16 ms.
-    EXPECT_NEAR(static_cast<double>(ticksPassed), static_cast<double>(microsecondsPassed) / 1000, 40);
+    const std::uint64_t beforeSecond = platform::Microseconds();
+    const std::uint32_t second = platform::TickCount();
+    const std::uint64_t afterSecond = platform::Microseconds();
+    EXPECT_GE(beforeSecond - afterFirst, 95'000u);
+    constexpr std::uint64_t kStep = 17'000;  // the tick counter may step by 16 ms
+    const std::uint64_t ticksPassed = std::uint64_t{second - first} * 1000;
+    EXPECT_LE(ticksPassed, afterSecond - beforeFirst + kStep);
+    EXPECT_GE(ticksPassed + kStep, beforeSecond - afterFirst);
 }
 
 TEST(Clock, CalendarTimesCompareFieldByField) {

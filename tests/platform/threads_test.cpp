@@ -72,12 +72,6 @@ TEST(Threads, HaveIdsOfTheirOwn) {
     EXPECT_NE(platform::CurrentProcessId(), 0u);
 }
 
-TEST(Threads, SleepLastsAtLeastItsTime) {
-    const std::uint64_t start = platform::Microseconds();
-    platform::SleepMilliseconds(20);
-    EXPECT_GE(platform::Microseconds() - start, 19'000u);
-}
-
 TEST(Events, StaySignalled) {
     const auto event = platform::CreateManualEvent();
     ASSERT_NE(event, 0);

@@ -55,9 +55,8 @@ TEST(Utf8, LoneSurrogatesBecomeReplacementCharacters) {
     EXPECT_EQ(platform::WideToUtf8(last), "\xEF\xBF\xBD");
 }
 
-std::string Cut(std::string text, std::size_t longest) {
-    platform::CutUtf8(text, longest);
-    return text;
+std::string Cut(std::string_view text, std::size_t longest) {
+    return std::string(platform::CutUtf8(text, longest));
 }
 
 TEST(Utf8, CutNeverSplitsACharacter) {

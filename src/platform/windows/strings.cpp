@@ -18,7 +18,7 @@ bool LoadText(unsigned id, std::size_t longest, std::string& text) {
         return false;
     }
     text = FromWide(std::wstring_view(stored, static_cast<std::size_t>(length)));
-    CutUtf8(text, longest);
+    text.resize(CutUtf8(text, longest).size());
     return true;
 }
 
