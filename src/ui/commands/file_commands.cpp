@@ -9,6 +9,7 @@
 #include "foundation/catalogue.h"
 #include "foundation/message_ids.h"
 #include "foundation/trace.h"
+#include "ftp/worker/session_state.h"
 #include "listing/local_listing.h"
 #include "transfer/progress_dialog.h"
 #include "transfer/selection_transfer.h"
