@@ -5,8 +5,8 @@
 #include <utility>
 #include <vector>
 
+#include "listing/local_listing.h"
 #include "listing/tree_node.h"
-#include "ui/browse/local_computer.h"
 #include "ui/panes/list_pane.h"
 #include "ui/panes/tree_pane.h"
 

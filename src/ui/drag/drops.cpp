@@ -15,7 +15,6 @@
 #include "transfer/selection_transfer.h"
 #include "ui/bars/status_bar.h"
 #include "ui/browse/command_context.h"
-#include "ui/browse/local_computer.h"
 #include "ui/browse/uploaded_entries.h"
 #include "ui/panes/list_pane.h"
 #include "ui/panes/tree_pane.h"
