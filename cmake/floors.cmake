@@ -10,6 +10,8 @@ function(zarn_add_floors)
                 file(GLOB system_sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/src/platform/windows/*.cpp)
             else()
                 file(GLOB system_sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/tests/host/*.cpp)
+                set_source_files_properties(${CMAKE_SOURCE_DIR}/tests/host/strings.cpp PROPERTIES
+                    COMPILE_DEFINITIONS ZARN_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
             endif()
             list(APPEND sources ${system_sources})
         endif()

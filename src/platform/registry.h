@@ -54,8 +54,8 @@ class RegistryKey {
 
 // Deletes a key of the current user with all its subkeys; true also when it does not exist.
 bool DeleteRegistryTree(const std::string& path);
-// Copies values and subkeys to a new key, then deletes the source. False, with nothing lost, when the copy failed or the
-// new key exists; names that differ in case only are the same key.
+// Copies values and subkeys to a new key, then deletes the source. False, with nothing lost, when the copy failed or
+// the new key exists; names that differ in case only are the same key.
 bool MoveRegistryTree(const std::string& from, const std::string& to);
 bool RegistryKeyExists(RegistryRoot root, const std::string& path);
 

@@ -16,12 +16,8 @@ namespace {
 
 using TextTable = std::map<unsigned, std::string>;
 
-std::string MessagesPath() {
-    constexpr std::string_view thisFile = "tests/host/strings.cpp";
-    std::string path = __FILE__;
-    path.resize(path.size() - thisFile.size());
-    return path + "src/resources/messages.rc";
-}
+// Absolute, because tests change the current folder before the first text is read.
+constexpr char kMessagesPath[] = ZARN_SOURCE_DIR "/src/resources/messages.rc";
 
 // Reads digits of a \ooo or \xhh escape.
 char ReadNumber(std::string_view& source, int base, std::size_t most) {
@@ -88,7 +84,7 @@ void ReadLine(std::string_view line, TextTable& table) {
 
 TextTable ReadTable() {
     TextTable table;
-    std::ifstream file(MessagesPath());
+    std::ifstream file(kMessagesPath);
     for (std::string line; std::getline(file, line);) ReadLine(line, table);
     return table;
 }

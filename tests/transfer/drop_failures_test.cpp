@@ -73,7 +73,7 @@ TEST_F(DropFailures, FailureBelowADroppedFolderSetsTheAbortFlag) {
     local.Write("dir/b.txt", "bbb");
     local.Write("z.txt", "zzz");
     harness.server.Once("STOR", {Say("553 not here\r\n")});
-    gFoundationView.showMessageBox = nullptr;
+    gFoundationView.showMessageBox = FoundationView().showMessageBox;
     EXPECT_EQ(2, Drop({"dir", "z.txt"}));
     EXPECT_TRUE(abort);
     EXPECT_EQ(1, harness.server.CountCommands("STOR"));
@@ -84,7 +84,7 @@ TEST_F(DropFailures, FileFailureEndsItsFolderWithoutTheAbortFlag) {
     local.Write("dir/b.txt", "bbb");
     harness.server.AddFolder("/up/dir");
     harness.server.Once("STOR", {Say("553 not here\r\n")});
-    gFoundationView.showMessageBox = nullptr;
+    gFoundationView.showMessageBox = FoundationView().showMessageBox;
     job.listedFolder = "/up";
     EXPECT_FALSE(TransferLocalTree(local.PathOf("dir").c_str(), local.Path().c_str(), "/up", abort));
     EXPECT_FALSE(abort);

@@ -1,7 +1,7 @@
 #include "ftp/worker/close_socket.h"
 
-#include "foundation/message_ids.h"
 #include "foundation/catalogue.h"
+#include "foundation/message_ids.h"
 #include "foundation/trace.h"
 #include "ftp/worker/session_state.h"
 
