@@ -1,5 +1,5 @@
 # shellcheck shell=bash
-# Sourced by ./run, ./test and scripts/*: the surroundings that every program of this project is started in, and the
+# Sourced by ./run, ./test and scripts/*: the environment that every program of this project runs in, and the
 # functions that make Wine prefixes and an X server of our own. Starts nothing by itself.
 #
 #   make_prefix_template          build/wine/template, once; made anew when Wine or this file's recipe changes
