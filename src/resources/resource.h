@@ -2,9 +2,6 @@
 // because the resource compiler reads nothing else. Names of texts are in foundation/message_ids.h.
 #pragma once
 
-#define ZARN_VERSION_NUMBERS 0, 1, 0, 0
-#define ZARN_VERSION_TEXT "0.1.0"
-
 // Child windows of the main window.
 #define IDC_CONSOLE 605
 #define IDC_TREE_PANE 606
