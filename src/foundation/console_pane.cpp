@@ -15,6 +15,7 @@
 #include "foundation/error_report.h"
 #include "foundation/trace.h"
 #include "platform/system.h"
+#include "platform/utf8.h"
 #include "resources/resource.h"
 
 namespace {

@@ -8,6 +8,7 @@
 #include "foundation/trace.h"
 #include "foundation/trace_address.h"
 #include "platform/system.h"
+#include "platform/utf8.h"
 
 namespace {
 

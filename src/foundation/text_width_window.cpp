@@ -7,6 +7,7 @@
 #include "foundation/error_report.h"
 #include "foundation/trace.h"
 #include "platform/system.h"
+#include "platform/utf8.h"
 
 namespace {
 

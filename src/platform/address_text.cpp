@@ -1,8 +1,8 @@
+#include "platform/address_text.h"
+
 #include <charconv>
 #include <cstdio>
 #include <cstring>
-
-#include "platform/sockets.h"
 
 namespace platform {
 

@@ -13,12 +13,8 @@ namespace platform {
 using FileHandle = std::intptr_t;
 inline constexpr FileHandle kNoFile = -1;
 
-inline constexpr char kPathSeparator =
-#ifdef _WIN32
-    '\\';
-#else
-    '/';
-#endif
+// "\\" on Windows, "/" in the native build.
+extern const char kPathSeparator;
 
 enum class FileAccess { Read, Write, ReadWrite };
 enum class FileDisposition { CreateNew, CreateAlways, OpenExisting, OpenAlways };

@@ -81,9 +81,6 @@ void CancelSocket(Socket socket);
 // Looks a host name up; blocks until the system answers and cannot be cancelled (callers give it a thread that may
 // be left alone). 0 and at least one address, or the error number.
 int ResolveHost(const char* name, std::vector<std::uint32_t>& addresses);
-// Dotted text to address (host order); false when the text is no dotted address.
-bool ParseAddress(const char* text, std::uint32_t& address);
-std::string AddressText(std::uint32_t address);
 
 // Port of a service ("ftp") / number of a protocol ("tcp") from the system's database; 0 when unknown.
 std::uint16_t ServicePort(const char* service, const char* protocol);

@@ -34,12 +34,8 @@ std::string ProgramPath();
 enum class Beep { Asterisk, Exclamation };
 void PlayBeep(Beep beep);
 
-bool IsValidUtf8(std::string_view bytes);
 // Bytes in the system's own single-byte page (Western when the program's page is UTF-8) as UTF-8.
 std::string SystemPageToUtf8(std::string_view bytes);
-// UTF-8 text as UTF-16 code units, without a terminator; invalid bytes become U+FFFD.
-std::u16string Utf8ToWide(std::string_view text);
-std::string WideToUtf8(std::u16string_view text);
 
 // The user's locale: lowering and word-sort order comparison (<0, 0, >0).
 std::string LocaleLower(std::string_view text);

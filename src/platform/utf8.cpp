@@ -1,7 +1,5 @@
 #include "platform/utf8.h"
 
-#include "platform/system.h"
-
 namespace platform {
 namespace {
 

@@ -1,5 +1,5 @@
 // Helpers on UTF-8 bytes with the same result on every system, whatever its own converters do with malformed bytes.
-// Conversions to other encodings belong to system.h.
+// The system's own code page belongs to system.h.
 #pragma once
 
 #include <cstddef>
@@ -22,5 +22,10 @@ void AppendUtf8(std::string& text, char32_t codePoint);
 
 // The beginning of `text`, at most `longest` bytes, without splitting a character.
 std::string_view CutUtf8(std::string_view text, std::size_t longest);
+
+bool IsValidUtf8(std::string_view bytes);
+// UTF-16 code units, without a terminator; invalid bytes become U+FFFD.
+std::u16string Utf8ToWide(std::string_view text);
+std::string WideToUtf8(std::u16string_view text);
 
 }  // namespace platform

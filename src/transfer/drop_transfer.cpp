@@ -24,7 +24,7 @@ std::string WithoutLastSeparator(std::string path) {
 }
 
 std::string ParentOf(std::string path) {
-    if constexpr (platform::kPathSeparator == '\\') {
+    if (platform::kPathSeparator == '\\') {
         SetNtPathToParent(path);
     } else {
         SetUnixPathToParent(path);

@@ -18,6 +18,9 @@
 #include "platform/system.h"
 
 namespace platform {
+
+const char kPathSeparator = '/';
+
 namespace {
 
 using fault_injection::Call;

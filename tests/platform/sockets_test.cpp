@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "platform/address_text.h"
 #include "platform/socket_fixtures.h"
 
 namespace platform_tests {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/system.h"
+#include "platform/utf8.h"
 
 namespace platform_tests {
 namespace {

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "platform/files.h"
+#include "platform/utf8.h"
 
 namespace platform_tests {
 namespace {

@@ -1,4 +1,5 @@
 #include "support/bound_connect.h"
+#include "platform/address_text.h"
 
 #ifdef _WIN32
 #include <winsock2.h>

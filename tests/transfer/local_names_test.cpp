@@ -4,6 +4,7 @@
 
 #include "platform/files.h"
 #include "platform/system.h"
+#include "platform/utf8.h"
 
 namespace {
 

@@ -12,6 +12,7 @@
 #include "platform/registry.h"
 #include "platform/sockets.h"
 #include "platform/system.h"
+#include "platform/utf8.h"
 #include "resources/resource.h"
 
 namespace {

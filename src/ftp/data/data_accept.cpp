@@ -16,6 +16,7 @@
 #include "ftp/worker/blocking_call.h"
 #include "ftp/worker/close_socket.h"
 #include "ftp/worker/session_state.h"
+#include "platform/address_text.h"
 #include "platform/clock.h"
 
 namespace {

@@ -17,6 +17,7 @@
 #include "ftp/worker/close_socket.h"
 #include "ftp/worker/result_codes.h"
 #include "ftp/worker/session_state.h"
+#include "platform/address_text.h"
 #include "platform/system.h"
 
 namespace {

@@ -14,6 +14,7 @@
 #include "ftp/worker/close_socket.h"
 #include "ftp/worker/session_state.h"
 #include "ftp/worker/site_status.h"
+#include "platform/address_text.h"
 
 namespace {
 

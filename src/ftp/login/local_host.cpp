@@ -10,6 +10,7 @@
 #include "ftp/errors/error_texts.h"
 #include "ftp/login/host_lookup.h"
 #include "ftp/worker/session_state.h"
+#include "platform/address_text.h"
 #include "platform/system.h"
 
 namespace {

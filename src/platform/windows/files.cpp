@@ -9,6 +9,9 @@
 #include "platform/windows/wide_text.h"
 
 namespace platform {
+
+const char kPathSeparator = '\\';
+
 namespace {
 
 // Pieces of one write: the system takes more, but some drivers fail on hundreds of megabytes at once.

@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/system.h"
+#include "platform/utf8.h"
 
 namespace platform {
 
