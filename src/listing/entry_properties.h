@@ -25,7 +25,7 @@ struct FtpProp {
     FileTime time = 0;
     const FTobject* fileType = nullptr;  // not owned
     Site* site = nullptr;                // not owned
-    // What stands below a folder.
+    // What is below a folder.
     std::uint32_t folders = 0;
     std::uint32_t files = 0;
     std::uint32_t symbolicLinks = 0;

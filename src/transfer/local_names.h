@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-// A file name that the local system takes as it stands: separators, drive colons, control characters and the characters
+// A file name that the local system accepts unchanged: separators, drive colons, control characters and the characters
 // < > " | ? * become "~", trailing dots and blanks go, "." and ".." and nothing become "~", device names (CON, NUL,
 // COM1 with or without an extension) get a "~" in front, and too long a name is cut keeping its extension. `remoteName`
 // is what the server sent; the result is UTF-8.

@@ -235,7 +235,7 @@ TEST_F(PortStore, OutOfRangeValuesOfASiteTakeTheirReplacements) {
     WriteSite("RETRIES", 11);
     WriteSite("FTPPORT", 5000);
     WriteSite("PACKETSIZE", 100);
-    EXPECT_EQ(LoadPortInfo("lab"), (PortInfo{65, 0, 0, 1024})) << "0 and 1024, not the defaults, as wanted";
+    EXPECT_EQ(LoadPortInfo("lab"), (PortInfo{65, 0, 0, 1024})) << "quirk: 0 and 1024, not the defaults";
     WriteSite("TIMEOUT", 0xFFFFFFFFU);
     WriteSite("RETRIES", 0xFFFFFFFFU);
     WriteSite("FTPPORT", 0);

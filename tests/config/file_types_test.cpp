@@ -162,7 +162,7 @@ TEST_F(FileTypes, ShellCommandForPrintingAndTheOddOneForOpening) {
     EXPECT_EQ(Zarn_GetActionCommand(type, true).view(), "p.exe %1");
     EXPECT_FALSE(Zarn_GetActionCommand(type, false));
     SetClassText("zarnqfile\\shell\\open\\command", "o.exe %1");
-    EXPECT_FALSE(Zarn_GetActionCommand(type, false)) << "it is looked for below \"print\", as wanted";
+    EXPECT_FALSE(Zarn_GetActionCommand(type, false)) << "quirk: it is looked up below \"print\"";
     SetClassText("zarnqfile\\shell\\print\\open", "odd.exe %1");
     EXPECT_EQ(Zarn_GetActionCommand(type, false).view(), "odd.exe %1");
     EXPECT_FALSE(Zarn_GetActionCommand(nullptr, true));

@@ -22,7 +22,7 @@ void CheckEntry(const LVobject& entry, std::string_view line) {
     REQUIRE_THAT(IsKindOfListing(entry.type));
     REQUIRE_THAT(entry.mode.view().size() <= 10);
     REQUIRE_THAT(entry.owner.view().size() <= 29 && entry.group.view().size() <= 29);
-    // A name is never made up: it stands in the line.
+    // A name is never made up: it is in the line.
     REQUIRE_THAT(line.find(entry.name.view()) != std::string_view::npos);
     REQUIRE_THAT(entry.name.view().starts_with(EntryName(entry)));
     REQUIRE_THAT(IsUtf8(ShownName(entry.name.view())));
@@ -67,7 +67,7 @@ void FuzzNtParser(std::string_view input) {
     } while (!from.AtEnd());
 }
 
-// One byte for the host type, one for what stands before the listing, then the listing.
+// One byte for the host type, one for what precedes the listing, then the listing.
 void FuzzListing(std::string_view input) {
     static const InputFile dump;
     FuzzInput from(input);

@@ -111,7 +111,7 @@ void FuzzDestination(std::string_view input) {
     const std::string remoteStart(from.TextUntil('\n'));
     const std::string start = upload ? localStart : std::string(remoteStart.c_str());
     TransferNode node;
-    // Half of the inputs stand below the starting point by themselves, so that the mapping is what gets tried.
+    // Half of the inputs are made to lie below the starting point, so that the mapping is tried.
     const std::string location = choice % 16 < 8 ? start + std::string(from.Rest()) : std::string(from.Rest());
     node.pszLocation = OwnedText::Copy(location);
     if (!Zarn_GetDestination(localStart.c_str(), remoteStart.c_str(), node, upload)) {

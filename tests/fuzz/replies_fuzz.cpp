@@ -28,7 +28,7 @@ class Stream {
     std::uint32_t seed_;
 };
 
-// One line in the manner of the control connection: peek, and peek for more while no line feed is in sight.
+// One line in the manner of the control connection: peek, and peek for more while there is no line feed.
 std::string_view TakeLine(Stream& stream) {
     std::size_t limit = kFirstPeek;
     while (true) {

@@ -1,5 +1,5 @@
 // Makes a chosen call of the native platform fail, so that tests can walk every error road. Exists in the native test
-// build only; a test that needs it stands inside #ifndef _WIN32. Not for provoking cancels: CancelSocket does that.
+// build only; a test that needs it is inside #ifndef _WIN32. Not for provoking cancels: CancelSocket does that.
 //
 //     for (int n = 1;; ++n) {
 //         const fault_injection::Scope scope(fault_injection::Call::WriteFile, n, platform::kErrorDiskFull);

@@ -1,5 +1,5 @@
 // What this thread asks of sockets and of the speaker, for rules that show neither on the wire nor on the console; and
-// a clock that this thread can stop. Exists in the native test build only; a test that needs it stands inside #ifndef
+// a clock that this thread can stop. Exists in the native test build only; a test that needs it is inside #ifndef
 // _WIN32. Making calls fail is fault_injection.h.
 #pragma once
 

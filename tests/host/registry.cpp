@@ -143,7 +143,7 @@ KeyReference Detach(std::span<const std::string> names) {
     return key;
 }
 
-// True when `names` stands below `ancestor`.
+// True when `names` is below `ancestor`.
 bool IsBelow(std::span<const std::string> names, std::span<const std::string> ancestor) {
     return names.size() > ancestor.size() &&
            std::equal(ancestor.begin(), ancestor.end(), names.begin(),

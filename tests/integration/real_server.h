@@ -45,7 +45,7 @@ class RealServer : public testing::TestWithParam<ServerCase> {
 
     // From here on connections go through a relay that writes the dialogue down.
     void Watch();
-    // A site that is logged in with the user that all servers know; its root stands in the tree, unlisted.
+    // A site that is logged in with the user that all servers know; its root is in the tree, unlisted.
     void Connect();
     // The site's own connect command; true when the first directory came.
     bool ConnectSite();

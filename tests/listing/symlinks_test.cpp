@@ -437,7 +437,7 @@ TEST_F(LinkListing, AbortWhileALinkIsFollowedEndsTheListing) {
     EXPECT_TRUE(list.entries.empty());
     EXPECT_EQ(1u, list.ends.size());
     EXPECT_LE(server.CountCommands("CWD"), 3);
-    // The server may stand anywhere now: the next operation says where it wants to be.
+    // The server may be in any directory now: the next operation says where it wants to be.
     SetTransferAbort(false);
     server.ForgetCommands();
     ASSERT_EQ(FTP_COMPLETE, LV_ChangeDir(pub));

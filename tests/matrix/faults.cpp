@@ -158,7 +158,7 @@ Results AfterSplit(const Operation& operation, std::size_t index, Way way) {
     if (way == Way::Lines) return results;
     // A line that comes in two packets is read as two, so the first alone must do.
     if (way == Way::BytePackets || step.textCounts) Add(results, ExpectedResults(operation, index, Way::Garbage));
-    // Its rest may be taken for the next answer where no command stands between them.
+    // Its rest may be taken for the next answer where no command comes between them.
     if (step.part == Part::Preliminary)
         for (std::size_t next = index + 1; next <= index + 3 && next < operation.steps.size(); ++next)
             if (operation.steps[next].part != Part::Reply) Add(results, ExpectedResults(operation, next, Way::Garbage));

@@ -21,7 +21,7 @@ namespace matrix {
 #ifdef _WIN32
 
 int OpenSockets() {
-    // The system does not list them; it does say of every number whether a socket stands behind it. Numbers are given
+    // The system does not list them; it does say of every number whether it is a socket. Numbers are given
     // from below.
     constexpr SOCKET kHighest = 0x1000;
     int count = 0;

@@ -37,7 +37,7 @@ struct Step {
 struct Operation {
     const char* name;
     bool connects;   // makes its connection itself
-    bool tellsUser;  // a failure is told in a box, a server-error dialog, or by the disconnect command
+    bool tellsUser;  // a failure is shown in a box, a server-error dialog, or by the disconnect command
     std::vector<Step> steps;
     void (*arrange)(Scene& scene);  // the last preparation of a run
     int (*run)(Scene& scene);       // on the worker; FTP_COMPLETE when it went well

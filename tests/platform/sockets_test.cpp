@@ -197,7 +197,7 @@ TEST_F(Sockets, LingerOfZeroSecondsResetsTheConnection) {
     char buffer[4];
     const int received = platform::Receive(pair.server.Get(), buffer);
 #ifdef _WIN32
-    // Wine closes in the ordinary way all the same.
+    // Wine closes in the ordinary way nevertheless.
     if (received == 0) GTEST_SKIP() << "this system does not reset";
 #endif
     EXPECT_EQ(received, -1);

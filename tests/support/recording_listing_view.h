@@ -13,7 +13,7 @@ class RecordingListingView {
     RecordingListingView(const RecordingListingView&) = delete;
     RecordingListingView& operator=(const RecordingListingView&) = delete;
 
-    // The list as it stands: emptied by a listing that begins.
+    // The present list; a listing that begins empties it.
     std::vector<LVobjectPtr> entries;
     std::vector<std::size_t> batches;  // entries in each hand-over
     std::vector<bool> begins;          // resetChildren of each listing

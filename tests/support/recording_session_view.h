@@ -1,4 +1,4 @@
-// The session engine's view for tests: keeps what it was told, answers its questions from a script. One recording at a
+// The session engine's view for tests: keeps what it is given, answers questions from a script. One recording at a
 // time; while it lives it is the current view. Usable from several threads.
 #pragma once
 

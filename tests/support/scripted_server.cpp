@@ -45,7 +45,7 @@ void ScriptedServer::State::AcceptConnections(void* argument) {
     }
 }
 
-// A send that waits for room is not always told that its peer has gone (seen under Wine).
+// A send that waits for room does not always notice that its peer has gone (seen under Wine).
 void ScriptedServer::State::EndLostSends() {
     const std::lock_guard guard(lock);
     for (const auto& connection : connections)

@@ -122,7 +122,7 @@ class ScriptedServer {
     void AddFolder(const std::string& path);
     void AddFile(const std::string& path, std::string bytes);
     void Remove(const std::string& path);
-    // LIST of this folder sends exactly these bytes, whatever stands in it.
+    // LIST of this folder sends exactly these bytes, whatever it holds.
     void SetListing(const std::string& path, std::string bytes);
     bool Exists(const std::string& path) const;
     std::string FileBytes(const std::string& path) const;
@@ -139,7 +139,7 @@ class ScriptedServer {
     std::string LastUpload() const;
 
     // --- Hold(). ---
-    bool WaitUntilHeld() const;  // bounded; true when a connection stands at a Hold()
+    bool WaitUntilHeld() const;  // bounded; true when a connection waits at a Hold()
     void Release();              // lets one Hold() go on, now or when it is reached
 
   private:

@@ -47,7 +47,7 @@ class SessionHarness {
     std::string folder_;
 };
 
-// Fires the time-out timer as the window does, every few milliseconds, until it goes.
+// Fires the time-out timer as the window does, every few milliseconds, while the object lives.
 class TimeOutTimer {
   public:
     TimeOutTimer();

@@ -38,7 +38,7 @@ TEST_F(DropFailures, ItemFromElsewhereIsToldAndEndsTheDrop) {
     local.Write("two/b.txt", "bbb");
     local.Write("one/c.txt", "ccc");
     EXPECT_EQ(1, Drop({"one/a.txt", "two/b.txt", "one/c.txt"}));
-    EXPECT_TRUE(harness.console.HasBox("does not lie below '" + local.PathOf("one") + "' and is not sent."));
+    EXPECT_TRUE(harness.console.HasBox("is not inside '" + local.PathOf("one") + "' and was skipped."));
     EXPECT_EQ(1, job.counters.failures);
     EXPECT_EQ(1, harness.server.CountCommands("STOR"));
 }

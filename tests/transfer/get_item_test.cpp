@@ -265,10 +265,10 @@ TEST_F(GetFile, ConnectionThatBreaksInTheMiddleIsToldAndKeepsNoHalfFile) {
     harness.server.On("RETR", {Say("150 ok\r\n"), OpenData(), DataBytes("hel"), ResetData(), Say("226 done\r\n")});
     harness.console.AnswerNext(BoxAnswer::Ignore);
     EXPECT_FALSE(Get("a.txt"));
-    EXPECT_TRUE(harness.console.HasBox("The connection ended while\n    <a.txt>\nwas received."));
+    EXPECT_TRUE(harness.console.HasBox("The connection was lost while receiving\n    <a.txt>."));
     EXPECT_EQ("mine", local.Read("a.txt"));
     EXPECT_EQ((Names{"a.txt"}), local.Contents());
-    EXPECT_TRUE(harness.console.HasLine("'a.txt' was not received, the local file stays as it was."));
+    EXPECT_TRUE(harness.console.HasLine("'a.txt' was not received; no local file was changed."));
 }
 
 TEST_F(GetFile, FailureAfterTheDataCountsAsAFailure) {
@@ -296,7 +296,7 @@ TEST_F(GetFile, KeptFileCountsNeitherAsDoneNorAsFailed) {
     EXPECT_EQ("mine", local.Read("a.txt"));
     EXPECT_EQ(0, job.counters.files);
     EXPECT_EQ(0, job.counters.failures);
-    EXPECT_TRUE(harness.console.HasLine("'a.txt' skipped, the local file stays as it was."));
+    EXPECT_TRUE(harness.console.HasLine("'a.txt' skipped; the local file was kept."));
     EXPECT_EQ(0, harness.server.CountCommands("RETR"));
 }
 
@@ -344,7 +344,8 @@ TEST_F(GetFile, DeniedFileHasItsCode) {
     EXPECT_TRUE(harness.console.HasBox("Unable to create a local file <a.txt>."));
 }
 
-// Every local call of a reception made to fail once: told, nothing left, the old file there, the next file comes.
+// Every local call of a reception made to fail once: shown, nothing left behind, the old file there, the next file
+// comes.
 TEST_F(GetFile, EveryLocalFailureIsToldAndCostsNothing) {
     using fault_injection::Call;
     for (const Call call : {Call::OpenFile, Call::WriteFile, Call::MoveFile}) {

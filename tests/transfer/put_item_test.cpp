@@ -335,7 +335,7 @@ TEST_F(PutFile, BrokenDataConnectionIsNoSuccessWhateverTheServerSays) {
     harness.server.On("STOR", {Say("150 ok\r\n"), OpenData(), ResetData(), Say("226 done\r\n")});
     harness.console.AnswerNext(BoxAnswer::Ignore);
     EXPECT_FALSE(Put("big.bin"));
-    EXPECT_TRUE(harness.console.HasBox("The connection ended while\n    <big.bin>\nwas sent."));
+    EXPECT_TRUE(harness.console.HasBox("The connection was lost while sending\n    <big.bin>."));
     ExpectFailed();
     EXPECT_TRUE(GoesOn());
 }

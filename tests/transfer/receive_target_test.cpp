@@ -150,7 +150,7 @@ TEST_F(ReceiveTargetTest, ReceiveUniqueTakesTheNextFreeNumberAndSaysSo) {
     EXPECT_EQ((Names{"a (2).txt", "a (3).txt", "a.txt"}), folder.Contents());
     EXPECT_EQ("new", folder.Read("a (3).txt"));
     EXPECT_TRUE(view.questions.empty());
-    EXPECT_TRUE(console.HasLine("Receive unique: 'a.txt' is stored as 'a (3).txt'."));
+    EXPECT_TRUE(console.HasLine("'a.txt' already exists; saved as 'a (3).txt'."));
 }
 
 TEST_F(ReceiveTargetTest, ReceiveUniqueLeavesAFreeNameAlone) {
@@ -171,7 +171,7 @@ TEST_F(ReceiveTargetTest, SecondFileOfTheSameNameInOneTransferGetsAFreeNameEvenW
     EXPECT_EQ("first", folder.Read("a~b"));
     EXPECT_EQ("second", folder.Read("a~b (2)"));
     EXPECT_EQ("third", folder.Read("a~b (3)"));
-    EXPECT_TRUE(console.HasLine("the file is stored as 'a~b (2)'"));
+    EXPECT_TRUE(console.HasLine("saved as 'a~b (2)'"));
     job.receivedFiles.clear();
     ASSERT_EQ(TargetResult::Ready, Open("a~b"));
     EXPECT_TRUE(target.replaceExisting);

@@ -166,7 +166,7 @@ TEST_F(SelectionTransfer, QuestionKnowsTheListingsSizeAndTime) {
     EXPECT_EQ(2001, time.year);
 }
 
-// After a listing that failed, the list still shows the folder before while the session stands in the new one.
+// After a listing that failed, the list still shows the folder before while the session is in the new one.
 TEST_F(SelectionTransfer, FilesComeFromTheFolderThatTheListShows) {
     harness.server.AddFile("/other/a.txt", "wrong one");
     std::unique_ptr<TVobject, void (*)(TVobject*)> siteNode(AllocateTVobject("Test site", kKindSite),

@@ -33,7 +33,7 @@ class TransferTimeOut : public TransferTest {
         return outcome.code == FTP_COMPLETE;
     }
     bool TellsTimeOut(const std::string& name) {
-        return harness.console.HasBox("The server did not answer for 1 seconds while\n    <" + name + ">");
+        return harness.console.HasBox("The server did not answer for 1 seconds while transferring\n    <" + name + ">");
     }
     TransferNode node;
     ItemOutcome outcome;
@@ -50,7 +50,7 @@ TEST_F(TransferTimeOut, ReceptionThatStandsStillIsToldAsATimeOut) {
     EXPECT_TRUE(harness.console.HasLine("Timer cancelled a blocking call"));
     EXPECT_TRUE(local.Exists("up.txt"));
     EXPECT_FALSE(local.Exists("a.txt"));
-    // Ignore goes on: the abort is taken back and the server in step.
+    // Ignore continues: the abort is withdrawn and the server in step.
     EXPECT_FALSE(gSession.transferAbort);
     harness.server.Forget("RETR");
     EXPECT_TRUE(Get());

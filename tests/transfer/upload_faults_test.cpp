@@ -12,8 +12,8 @@
 
 namespace {
 
-// A tree of two folders and three files is sent while something fails at one step: it ends, is told, counts, both sides
-// stand where they stood, the dialog closes, and what comes next gets its own replies.
+// A tree of two folders and three files is sent while something fails at one step: it ends, is shown, counts, both
+// sides are back where they were, the dialog closes, and what comes next gets its own replies.
 class UploadFaults : public testing::Test {
   protected:
     UploadFaults() {
@@ -53,7 +53,7 @@ class UploadFaults : public testing::Test {
         EXPECT_EQ(platform::kNoSocket, session.site->pSock->listen_skt) << what;
         EXPECT_LE(session.harness.server.CountCommands("STOR"), 4) << what;
         EXPECT_LE(session.harness.console.Boxes().size() + session.harness.view.ServerErrors().size(), 2u) << what;
-        // Lost, told, and the disconnect on its way.
+        // Lost, shown, and the disconnect on its way.
         if (!HasControlSocket(session.site) || session.harness.view.PostedDisconnects() > 0) return;
         if (folderIsBack) {
             EXPECT_STREQ("/up", session.site->pszCurrentDir.get()) << what;

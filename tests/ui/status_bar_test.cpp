@@ -28,9 +28,9 @@ TEST_F(StatusBarTest, ClicksOnTheNextThreeTurnTheirSwitches) {
     const struct {
         int part;
         const wchar_t *first, *second;
-    } rows[] = {{kLinks, L"Links: off", L"Links: on"},
+    } rows[] = {{kLinks, L"Follow links: off", L"Follow links: on"},
                 {kBell, L"Bell: off", L"Bell: on"},
-                {kUnique, L"Unique: on", L"Unique: off"}};
+                {kUnique, L"Unique names: on", L"Unique names: off"}};
     for (const auto& row : rows) {
         EXPECT_EQ(program_->StatusPart(row.part), row.first);
         program_->ClickStatusPart(row.part);

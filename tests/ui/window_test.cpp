@@ -98,7 +98,7 @@ TEST_F(WindowTest, SortCommandsReorderTheList) {
     program_->Command(IDM_SORTBY_SIZE);
     EXPECT_TRUE(program_->WaitFor([this] {
         return program_->ListNames() == std::vector<std::wstring>{L"big.txt", L"middle.txt", L"Alpha.txt"};
-    })) << "larger first with the flag clear, as wanted";
+    })) << "quirk: larger first with the flag clear";
 }
 
 TEST_F(WindowTest, SelectAllSelectsEveryEntryAndTheStatusBarSumsThemUp) {

@@ -22,7 +22,7 @@
 
 namespace {
 
-// Off, the listener would wait without the server being told of it by PORT.
+// Off: the listener would wait, and no PORT would announce it to the server.
 constexpr bool kPortSwitch = true;
 
 // One receiving command. The two families differ in their progress and in how a local failure ends.

@@ -15,7 +15,7 @@ inline constexpr std::uint32_t kNodeLink = 8;
 struct TransferNode {
     OwnedText pszLocalName;    // when it differs from the remote name; for an upload the local file's name
     OwnedText pszRemoteName;   // for an upload only when the name sent differs
-    OwnedText pszStoredName;   // of an upload whose name the server chose (STOU) and told
+    OwnedText pszStoredName;   // of an upload whose name the server chose (STOU) and gave
     OwnedText pszLocation;     // folder that holds the source
     OwnedText pszDestination;  // folder that receives it
     std::uint32_t NodeType = 0;

@@ -42,7 +42,7 @@ bool NonEmpty(const OwnedText& text) {
 
 Credentials ChooseCredentials(Site* site) {
     Credentials login;
-    // Quirk: the gateway's host only says that there is a gateway; the connection goes to the site's host, kept.
+    // Quirk: the gateway's host only says that there is a gateway; the connection is made to the site's host, kept.
     login.useGateway =
         site->bUseGateway != 0 && site->bAnonymous == 0 && NonEmpty(site->pszGateHost) && NonEmpty(site->pszGateUID);
     if (!login.useGateway) site->bUseGateway = 0;

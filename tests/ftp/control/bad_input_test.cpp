@@ -26,7 +26,7 @@ void ExpectUsableAfterwards(SessionHarness& h, Site* site) {
     EXPECT_NE(site->bConnected, 0);
 }
 
-// The text of the one box that told of the failure.
+// The text of the one box that showed the failure.
 std::string BoxText(const SessionHarness& h) {
     const auto boxes = h.console.Boxes();
     return boxes.size() == 1 ? boxes[0].text : "(" + std::to_string(boxes.size()) + " boxes)";
@@ -104,7 +104,7 @@ TEST(BadInput, GarbageInsteadOfAWelcome) {
     h.server.SetWelcome("SSH-2.0-OpenSSH_9.2p1\r\n");
     Site* site = h.MakeSite();
     Zarn_IdmConnect(site);
-    EXPECT_TRUE(h.console.HasLine("This is not a reply of a FTP Server: SSH-2.0-OpenSSH_9.2p1"));
+    EXPECT_TRUE(h.console.HasLine("Not an FTP reply: SSH-2.0-OpenSSH_9.2p1"));
     EXPECT_TRUE(h.console.HasLine("Unknown open msg \"SSH-2.0-OpenSSH_9.2p1\" 0"));
     h.server.SetWelcome("220 ready\r\n");
     ExpectUsableAfterwards(h, site);
