@@ -19,17 +19,23 @@ Published gPublished;
 std::atomic<bool> gRunning{false};
 std::atomic<void (*)(const TransferProgress&)> gWatcher{nullptr};
 
+void TellWatcher(void (*watcher)(const TransferProgress&)) {
+    TransferProgress seen;
+    {
+        const std::lock_guard guard(gPublished.lock);
+        seen = gPublished.progress;
+    }
+    watcher(seen);
+}
+
 template <class Change>
 void Publish(const Change& change) {
-    TransferProgress watched;
-    const auto watcher = gWatcher.load();
     {
         const std::lock_guard guard(gPublished.lock);
         change(gPublished.progress);
         ++gPublished.progress.change;
-        if (watcher != nullptr) watched = gPublished.progress;
     }
-    if (watcher != nullptr) watcher(watched);
+    if (const auto watcher = gWatcher.load()) TellWatcher(watcher);
 }
 
 void PublishText(std::string TransferProgress::*field, std::string text) {
