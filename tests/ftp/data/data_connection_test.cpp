@@ -409,7 +409,7 @@ TEST(DlgRetrieveFile, AShortFileSaysHowMuchArrived) {
         c.h.server.Release();
     }
     EXPECT_EQ(result, 4);
-    EXPECT_TRUE(c.h.console.HasLine("ended before all bytes had arrived: 4,000 of 10,000."));
+    EXPECT_TRUE(c.h.console.HasLine("closed early: 4,000 of 10,000 bytes arrived."));
 }
 
 TransferNode Upload(SessionHarness& h, const std::string& name, const std::string& bytes) {
