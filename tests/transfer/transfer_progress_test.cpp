@@ -4,7 +4,9 @@
 
 #include <atomic>
 #include <string>
+#include <vector>
 
+#include "support/recording_transfer_view.h"
 #include "support/session_harness.h"
 
 namespace {
@@ -82,6 +84,43 @@ TEST(TransferProgress, AReaderSeesWholePublicationsWhileTheWorkerWrites) {
     worker.Join();
     EXPECT_GT(reads, 0);
     EXPECT_EQ("1000 of 1000", Read().bytes);
+}
+
+TEST(CountersText, FilesAndFolders) {
+    EXPECT_EQ("3 Files Transfered,  2 Folders Created", CountersText(3, 2));
+    EXPECT_EQ("3 Files Transfered", CountersText(3, 0));
+    EXPECT_EQ("2 Folders Created", CountersText(0, 2));
+    EXPECT_EQ("", CountersText(0, 0));
+}
+
+TEST(ProgressTexts, AreExpandedAndHarmless) {
+    RecordingTransferView view;
+    SetDlgTransferingText("a%s\x1B.txt");
+    SetDlgCreatingText("folder");
+    SetDlgFromText("Site", "/pub");
+    SetDlgFromText("", "/pub");
+    SetDlgSendToText(nullptr, "C:\\in");
+    EXPECT_EQ((std::vector<std::string>{"Transfering: a%s?.txt", "Creating Directory: folder "}), view.items);
+    EXPECT_EQ((std::vector<std::string>{"Site : /pub", "/pub"}), view.sources);
+    EXPECT_EQ((std::vector<std::string>{"C:\\in"}), view.destinations);
+}
+
+TEST(ProgressTexts, BytesGoBeyondFourGigabytes) {
+    RecordingTransferView view;
+    SetByteCountText(5'000'000'000, 6'000'000'000);
+    SetByteCountText(5'000'000'000, 0);
+    EXPECT_EQ((std::vector<std::string>{"5000000000 of 6000000000", "5000000000"}), view.bytes);
+}
+
+TEST(ProgressTexts, BarGoesFromNothingToAThousand) {
+    RecordingTransferView view;
+    ShowTransferProgress(0, 3);
+    ShowTransferProgress(1, 3);
+    ShowTransferProgress(3, 3);
+    ShowTransferProgress(9, 3);
+    ShowTransferProgress(4'000'000'000'000, 8'000'000'000'000);
+    ShowTransferProgress(7, 0);
+    EXPECT_EQ((std::vector<int>{0, 333, 1000, 500}), view.bars);
 }
 
 }  // namespace
