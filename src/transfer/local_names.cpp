@@ -10,7 +10,7 @@
 
 namespace {
 
-// Bytes of a name that every file system takes.
+// Longest name that every file system accepts, in bytes.
 constexpr std::size_t kLongestName = 255;
 // An extension longer than this is not kept when a name is cut.
 constexpr std::size_t kLongestKeptExtension = 32;
@@ -25,18 +25,18 @@ bool IsContinuation(char character) {
     return (static_cast<unsigned char>(character) & 0xC0) == 0x80;
 }
 
-// Characters of several bytes that a user does not see or that turn the writing direction ("exe.txt" for "txt.exe").
+// Multi-byte characters that are invisible or reverse the writing direction ("txt.exe" is shown as "exe.txt").
 struct HiddenRange {
     std::string_view first, last;
 };
 constexpr HiddenRange kHidden[] = {
     {"\xC2\x80", "\xC2\x9F"},          // control characters
-    {"\xE2\x80\x8B", "\xE2\x80\x8F"},  // without width, direction marks
-    {"\xE2\x80\xA8", "\xE2\x80\xAE"},  // line separators, direction
-    {"\xE2\x81\xA6", "\xE2\x81\xA9"},  // direction
+    {"\xE2\x80\x8B", "\xE2\x80\x8F"},  // zero width, direction marks
+    {"\xE2\x80\xA8", "\xE2\x80\xAE"},  // line separators, direction overrides
+    {"\xE2\x81\xA6", "\xE2\x81\xA9"},  // direction isolates
 };
 
-// Bytes of the hidden character that `text` begins with, or 0.
+// Length in bytes of the hidden character at the start of `text`, or 0.
 std::size_t HiddenLength(std::string_view text) {
     for (const HiddenRange& range : kHidden) {
         const std::string_view front = text.substr(0, range.first.size());
@@ -56,7 +56,7 @@ std::string ReplaceForbidden(std::string_view name) {
     return result;
 }
 
-// Where the extension begins, with its dot; the length of the name when there is none.
+// Position of the extension's dot; the length of the name when there is no extension.
 std::size_t ExtensionStart(std::string_view name) {
     const std::size_t dot = name.rfind('.');
     return dot == std::string_view::npos || dot == 0 ? name.size() : dot;
@@ -77,14 +77,14 @@ std::string CutKeepingExtension(std::string_view name, std::size_t longest) {
     return fitted;
 }
 
-// The part that decides whether a name means a device: up to the first dot, without blanks before it.
+// The part of a name that can mean a device: up to the first dot, without the blanks before it.
 std::string DeviceStem(std::string_view name) {
     std::string stem = AsciiLower(name.substr(0, name.find('.')));
     StripTrailing(stem, " ");
     return stem;
 }
 
-// "1" to "9" and, as the system takes them too, superscript one to three.
+// "1" to "9"; Windows also accepts superscript one to three.
 bool IsPortNumber(std::string_view text) {
     if (text.size() == 1) return text[0] >= '1' && text[0] <= '9';
     return text == "\xC2\xB9" || text == "\xC2\xB2" || text == "\xC2\xB3";
@@ -110,7 +110,7 @@ bool IsDeviceName(std::string_view name) {
 std::string SafeLocalName(std::string_view remoteName) {
     std::string name = ReplaceForbidden(DisplayName(remoteName));
     StripDotsAndBlanks(name);
-    // Cut first: what is left may be a device's name.
+    // Cut first: the shorter name may be a device's.
     name = FitName(name, kLongestName);
     if (!IsDeviceName(name)) return name;
     name.insert(name.begin(), kReplacement);
@@ -121,7 +121,7 @@ std::string FitName(std::string_view name, std::size_t longest) {
     if (name.size() <= longest) return std::string(name);
     std::string fitted = CutKeepingExtension(name, longest);
     if (!IsDeviceName(fitted)) return fitted;
-    // Cut before a character that made it a name: "con", many blanks, "x.txt".
+    // The cut can leave a device's name: "con", many blanks, "x.txt".
     return CutKeepingExtension(kReplacement + fitted, longest);
 }
 

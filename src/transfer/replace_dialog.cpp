@@ -35,7 +35,7 @@ std::string SizeText(std::uint64_t size) {
     return Zarn_ResVsprintf(MSG_REPLACE_SIZE, GroupDigits(std::to_string(size))).c_str();
 }
 
-// Date and time as the user's system writes them; empty on failure.
+// Date and time in the user's own format; empty on failure.
 std::string SystemDate(const CalendarTime& calendar) {
     SYSTEMTIME time{};
     time.wYear = static_cast<WORD>(calendar.year);
