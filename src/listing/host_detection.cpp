@@ -13,6 +13,7 @@
 #include "ftp/data/data_connection.h"
 #include "ftp/worker/beeps.h"
 #include "ftp/worker/session_state.h"
+#include "ftp/worker/site_status.h"
 #include "listing/lost_connection.h"
 #include "listing/temporary_dump.h"
 
@@ -127,7 +128,7 @@ int ReadProcessHelp(Site* site) {
         HelpVerdict verdict = HostTypeOfHelp(help);
         // A connection that was lost at HELP still shows the reply to PORT; here at the latest it comes to light.
         if (verdict.askSyst && !AskSyst(site, help, verdict.hostType)) return SOCKET_ERROR;
-        site->dwCurType = verdict.hostType;
+        SetHostType(*site, verdict.hostType);
     }
     if (site->dwCurType == HOST_TYPE_IBM_MVS && (site->flagsAfterAnonymous & kMvsCapabilityOff) == 0)
         site->capabilities |= kMvsCapability;

@@ -64,12 +64,18 @@ char SeparatorOf(const Site* site) {
     return site->chSeparator != 0 ? static_cast<char>(site->chSeparator) : '/';
 }
 
+// Quirk: a folder other than the separator alone gets a separator, even one that ends with it, kept.
+std::string LocationBelow(std::string_view folder, std::string_view name, char separator) {
+    if (folder == std::string_view(&separator, 1)) return JoinRemotePath(folder, name, separator);
+    return std::string(folder) + separator + std::string(name);
+}
+
 int Walk(ContentsPtr contents, Site* site);
 
 // Depth first, in listing order, with the parent's dump file still open. The longest path that a command takes bounds
 // the depth.
 int WalkChild(const RecursiveContents& parent, Site* site, const LVobject& entry) {
-    const std::string location = JoinRemotePath(parent.pszLocation.view(), entry.name.view(), SeparatorOf(site));
+    const std::string location = LocationBelow(parent.pszLocation.view(), entry.name.view(), SeparatorOf(site));
     ContentsPtr child(
         AllocateContents(location, *parent.bAborted, *parent.folders, *parent.files, parent.dialog, *parent.bytes));
     if (!child) return FTP_ERROR;

@@ -7,6 +7,7 @@
 #include "foundation/path_join.h"
 #include "foundation/text_compare.h"
 #include "platform/files.h"
+#include "platform/utf8.h"
 
 namespace {
 
@@ -19,10 +20,6 @@ constexpr char kReplacement = '~';
 bool IsForbidden(char character) {
     const auto code = static_cast<unsigned char>(character);
     return code < 0x20 || code == 0x7F || std::string_view("/\\:<>\"|?*").find(character) != std::string_view::npos;
-}
-
-bool IsContinuation(char character) {
-    return (static_cast<unsigned char>(character) & 0xC0) == 0x80;
 }
 
 // Multi-byte characters that are invisible or reverse the writing direction ("txt.exe" is shown as "exe.txt").
@@ -71,7 +68,7 @@ std::string CutKeepingExtension(std::string_view name, std::size_t longest) {
     if (name.size() <= longest) return std::string(name);
     std::string_view extension = name.substr(ExtensionStart(name));
     if (extension.size() > kLongestKeptExtension || extension.size() >= longest) extension = {};
-    std::string fitted(CutWhole(name.substr(0, name.size() - extension.size()), longest - extension.size()));
+    std::string fitted(platform::CutUtf8(name.substr(0, name.size() - extension.size()), longest - extension.size()));
     fitted += extension;
     StripDotsAndBlanks(fitted);
     return fitted;
@@ -91,12 +88,6 @@ bool IsPortNumber(std::string_view text) {
 }
 
 }  // namespace
-
-std::string_view CutWhole(std::string_view text, std::size_t longest) {
-    if (text.size() <= longest) return text;
-    while (longest > 0 && IsContinuation(text[longest])) --longest;
-    return text.substr(0, longest);
-}
 
 bool IsDeviceName(std::string_view name) {
     const std::string stem = DeviceStem(name);

@@ -16,8 +16,6 @@ std::string SafeLocalName(std::string_view remoteName);
 std::string FitName(std::string_view name, std::size_t longest);
 // True for the names of devices: con, prn, aux, nul, com1-9, lpt1-9, conin$, conout$, with or without an extension.
 bool IsDeviceName(std::string_view name);
-// The first `longest` bytes of UTF-8, or fewer so that no character is split.
-std::string_view CutWhole(std::string_view text, std::size_t longest);
 // `caseConversion` is the setting of that name: 0 leaves the case, 1 is upper case, 2 lower case. ASCII letters only.
 std::string ConvertCase(std::string_view name, int caseConversion);
 // Joins a folder and a safe name; empty when the path is too long for the system.

@@ -14,6 +14,7 @@
 #include "ftp/data/data_send.h"
 #include "listing/directory_entry.h"
 #include "listing/dot_entries.h"
+#include "platform/utf8.h"
 #include "transfer/item_steps.h"
 #include "transfer/local_names.h"
 #include "transfer/transfer_errors.h"
@@ -56,7 +57,7 @@ bool IsFile(const TransferNode& node) {
 }
 
 std::string ConvertName(std::string_view local) {
-    const std::string name(CutWhole(local, kLongestRemoteName));
+    const std::string name(platform::CutUtf8(local, kLongestRemoteName));
     const int conversion = gZarn.mode.caseConversion;
     if (conversion == 1) {
         DbgVsprintf(kFuncName, "CONVERT_TOUPPER:%s", name.c_str());

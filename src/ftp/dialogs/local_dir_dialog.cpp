@@ -56,7 +56,7 @@ void OnOk(HWND dialog) {
         return;
     }
     const std::uint32_t error = platform::LastSystemError();
-    DbgVsprintf(kFuncName, "ERROR. Call to SetSessionDirectory(%s) Failed!", folder.c_str());
+    DbgVsprintf(kFuncName, "ERROR. Call to SetCurrentDirectory(%s) Failed!", folder.c_str());
     const std::string text = RefusalText(folder, error);
     if (ShowMessageBox(text.c_str(), nullptr, BoxButtons::OkCancel, BoxIcon::Exclamation) == BoxAnswer::Cancel) {
         EndDialog(dialog, kUnchanged);

@@ -67,7 +67,7 @@ bool AskUser(unsigned caption, unsigned prompt, bool isSecret, std::string& answ
 }
 
 void DetectFromWelcome(Site* site, const char* welcome) {
-    site->dwCurType = DetectHostType(site->dwType, welcome);
+    SetHostType(*site, DetectHostType(site->dwType, welcome));
     DoPrintIdArgs(MSG_HOST_TYPE, site->dwCurType, HostTypeName(site->dwCurType));
 }
 
@@ -127,7 +127,7 @@ Attempt LogIn(Site* site) {
     const SocketRecord& record = *site->pSock;
     DbgVsprintfID("DoConnect2", MSG_SOCKET_FROM, static_cast<unsigned>(record.ctrl_skt.load()), record.PeerName,
                   static_cast<unsigned>(record.peerPort));
-    site->dwCurType = site->dwType;
+    SetHostType(*site, site->dwType);
     if (!ReadWelcome(site, reply)) return Attempt::Failed;
     DetectFromWelcome(site, reply.data());
     if (!platform::SetOutOfBandInline(record.ctrl_skt))

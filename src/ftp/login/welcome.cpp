@@ -6,6 +6,7 @@
 #include "config/settings.h"
 #include "foundation/catalogue.h"
 #include "foundation/message_ids.h"
+#include "foundation/text_marker.h"
 #include "ftp/control/reply_receive.h"
 #include "ftp/login/connect_failure.h"
 #include "ftp/worker/session_state.h"
@@ -33,11 +34,7 @@ bool ReadWelcome(Site* site, ReplyBuffer reply) {
 
 std::uint32_t DetectHostType(std::uint32_t configured, const char* welcome) {
     if (configured != HOST_TYPE_AUTO || welcome == nullptr) return configured;
-    struct Marker {
-        std::string_view text;
-        std::uint32_t type;
-    };
-    static constexpr Marker kMarkers[] = {
+    static constexpr TextMarker<std::uint32_t> kMarkers[] = {
         {"(EXOS", HOST_TYPE_EXOS},
         {"Microsoft FTP Service", HOST_TYPE_WINDOWS_NT},
         {"Ambrel FTP server", HOST_TYPE_CLIX},
@@ -45,8 +42,5 @@ std::uint32_t DetectHostType(std::uint32_t configured, const char* welcome) {
         {"Unix", HOST_TYPE_UNIX},
         {"unix", HOST_TYPE_UNIX},
     };
-    const std::string_view text = welcome;
-    for (const Marker& marker : kMarkers)
-        if (text.find(marker.text) != std::string_view::npos) return marker.type;
-    return HOST_TYPE_AUTO;
+    return MeaningOf<std::uint32_t>(welcome, kMarkers, HOST_TYPE_AUTO);
 }

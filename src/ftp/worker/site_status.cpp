@@ -21,6 +21,7 @@ SiteStatus StatusOf(const Site& site) {
     SiteStatus status;
     status.connected = site.bConnected != 0;
     status.currentDirectory = site.pszCurrentDir.view();
+    status.hostType = site.dwCurType;
     if (site.pSock != nullptr) status.peer = site.pSock->PeerName;
     return status;
 }
@@ -35,6 +36,11 @@ void SetSessionDirectory(Site& site, std::string_view directory) {
 
 void ForgetSessionDirectory(Site& site) {
     ReplaceSessionDirectory(site, OwnedText());
+}
+
+void SetHostType(Site& site, std::uint32_t hostType) {
+    const std::lock_guard guard(gStatusLock);
+    site.dwCurType = hostType;
 }
 
 void SetPeerName(Site& site, std::string_view address) {

@@ -13,6 +13,7 @@
 #include "foundation/path_ellipsis.h"
 #include "foundation/text_width_window.h"
 #include "foundation/trace.h"
+#include "foundation/wide_text_window.h"
 #include "ftp/dialogs/local_dir_dialog.h"
 #include "ftp/worker/session_state.h"
 #include "platform/files.h"
@@ -20,7 +21,6 @@
 #include "ui/browse/command_context.h"
 #include "ui/panes/list_pane.h"
 #include "ui/screen/app.h"
-#include "ui/screen/wide_text.h"
 
 namespace {
 

@@ -1,11 +1,11 @@
 #include "ui/bars/titles.h"
 
 #include "foundation/trace.h"
+#include "foundation/wide_text_window.h"
 #include "ftp/login/local_host.h"
 #include "ui/bars/window_title.h"
 #include "ui/panes/tree_pane.h"
 #include "ui/screen/app.h"
-#include "ui/screen/wide_text.h"
 
 void Zarn_SetMainWindowText() {
     DbgVsprintf("Zarn_SetMainWindowText", "Entered");

@@ -2,6 +2,7 @@
 
 #include "config/host_types.h"
 #include "ftp/worker/session_state.h"
+#include "ftp/worker/site_status.h"
 #include "listing/local_listing.h"
 #include "ui/panes/list_pane.h"
 #include "ui/panes/tree_pane.h"
@@ -12,7 +13,7 @@ Site* SelectedSite() {
     if (node == nullptr || node->wObjType == kKindAddSite || node->wObjType == kKindLocalComputer) return nullptr;
     Site* site = TV_GetFtpSite(node);
     // The local computer uses a Site record but is not a site.
-    return site == nullptr || site->dwCurType == HOST_TYPE_LOCAL ? nullptr : site;
+    return site == nullptr || StatusOf(*site).hostType == HOST_TYPE_LOCAL ? nullptr : site;
 }
 
 bool CommandsRefused() {
@@ -29,7 +30,7 @@ CommandContext CurrentCommandContext() {
     const Site* site = SelectedSite();
     context.siteConnected = site != nullptr && site->bConnected != 0;
     context.hostType = IsLocalNode(ListedFolder()) ? HOST_TYPE_LOCAL
-                       : site != nullptr           ? site->dwCurType
+                       : site != nullptr           ? StatusOf(*site).hostType
                                                    : HOST_TYPE_AUTO;
     context.listItems = EntryCount();
     context.selected = SelectedCount();

@@ -14,6 +14,7 @@
 #include "foundation/foundation_view.h"
 #include "foundation/message_ids.h"
 #include "foundation/trace.h"
+#include "foundation/wide_text_window.h"
 #include "ftp/control/keep_alive.h"
 #include "ftp/control/remote_commands.h"
 #include "ftp/errors/server_error.h"
@@ -31,7 +32,6 @@
 #include "ui/panes/tree_pane.h"
 #include "ui/screen/refresh.h"
 #include "ui/screen/ui_calls.h"
-#include "ui/screen/wide_text.h"
 
 namespace {
 

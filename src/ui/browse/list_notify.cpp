@@ -6,6 +6,7 @@
 #include "foundation/foundation_view.h"
 #include "foundation/message_ids.h"
 #include "foundation/text_compare.h"
+#include "foundation/wide_text_window.h"
 #include "ftp/worker/session_state.h"
 #include "resources/resource.h"
 #include "ui/browse/list_edit.h"
@@ -20,7 +21,6 @@
 #include "ui/screen/messages.h"
 #include "ui/screen/pane_colors.h"
 #include "ui/screen/refresh.h"
-#include "ui/screen/wide_text.h"
 
 namespace {
 

@@ -7,12 +7,12 @@
 #include "config/host_types.h"
 #include "foundation/catalogue.h"
 #include "foundation/message_ids.h"
+#include "foundation/wide_text_window.h"
 #include "ftp/worker/worker.h"
 #include "listing/local_listing.h"
 #include "platform/files.h"
 #include "ui/panes/tree_pane.h"
 #include "ui/screen/ui_calls.h"
-#include "ui/screen/wide_text.h"
 
 namespace {
 

@@ -11,6 +11,7 @@
 #include "foundation/foundation_view.h"
 #include "foundation/message_ids.h"
 #include "foundation/trace.h"
+#include "foundation/wide_text_window.h"
 #include "ftp/control/keep_alive.h"
 #include "ftp/control/remote_commands.h"
 #include "ftp/worker/session_state.h"
@@ -24,7 +25,6 @@
 #include "ui/panes/tree_pane.h"
 #include "ui/screen/refresh.h"
 #include "ui/screen/ui_calls.h"
-#include "ui/screen/wide_text.h"
 
 namespace {
 
@@ -47,6 +47,8 @@ void TakeNewName(TVobject* node, const std::string& name) {
 }
 
 void RenameSite(TVobject* node, const std::string& newName) {
+    // The edit may have been opened before the operation, which reads the site's name.
+    if (OperationRunning()) return;
     const std::string oldName = node->pszName.c_str();
     if (!RenameSiteInfo(oldName.c_str(), newName.c_str(), gZarn.SESSION == oldName, InTreeView)) return;
     if (node->pSite != nullptr) node->pSite->pszSessionName = OwnedText::Copy(newName);
@@ -176,6 +178,8 @@ bool DeleteSiteNode(TVobject* node) {
     const std::string name = node->pszName.c_str();
     const OwnedText question = Zarn_ResVsprintf(MSG_BOX_DELETE_SITE, name);
     if (ShowMessageBox(question.c_str(), nullptr, BoxButtons::YesNo, BoxIcon::Question) != BoxAnswer::Yes) return false;
+    // The selection's timer may have started an operation while the box was open.
+    if (OperationRunning()) return false;
     TV_DeleteNode(node);
     RegDeleteSiteInfo(name.c_str());
     SetFocus(TreeWindow());

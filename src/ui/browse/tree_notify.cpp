@@ -1,6 +1,7 @@
 #include "ui/browse/tree_notify.h"
 
 #include "foundation/trace.h"
+#include "foundation/wide_text_window.h"
 #include "ftp/worker/session_state.h"
 #include "listing/local_listing.h"
 #include "ui/browse/local_computer.h"
@@ -12,7 +13,6 @@
 #include "ui/screen/app.h"
 #include "ui/screen/display_text.h"
 #include "ui/screen/refresh.h"
-#include "ui/screen/wide_text.h"
 
 namespace {
 

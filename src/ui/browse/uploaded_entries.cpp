@@ -45,6 +45,10 @@ void GiveNode(TVobject* parent, LVobject& entry, const std::string& name) {
 
 }  // namespace
 
+void BeginUploadedEntries() {
+    gListedNames = ListedNames();
+}
+
 void LV_AddTransferItem(const Site* site, const std::string& targetFolder, LVobjectPtr entry) {
     TVobject* folder = ListedFolder();
     if (!entry || !ListShows(site, targetFolder)) return;

@@ -4,9 +4,9 @@
 #include "foundation/foundation_view.h"
 #include "foundation/message_ids.h"
 #include "foundation/text_compare.h"
+#include "foundation/wide_text_window.h"
 #include "platform/files.h"
 #include "ui/screen/app.h"
-#include "ui/screen/wide_text.h"
 
 std::string HelpFileFor(const std::string& programPath) {
     const std::size_t extension = AsciiLower(programPath).rfind(".exe");

@@ -242,7 +242,8 @@ void TV_HandleRClick(HWND window, POINT position, bool byKeyboard) {
     TreeView_Select(TreeWindow(), hit.item, TVGN_DROPHILITE);
     const unsigned command = ChooseForNode(*hit.node, position);
     TreeView_Select(TreeWindow(), nullptr, TVGN_DROPHILITE);
-    if (command != 0 && !CommandsRefused()) RunForNode(window, command, hit.node);
+    // A listing that ran while the menu was open may have replaced the node.
+    if (command != 0 && !CommandsRefused() && IsNodeInTree(hit.node)) RunForNode(window, command, hit.node);
 }
 
 void ListContextMenu(HWND window, POINT position, bool byKeyboard) {

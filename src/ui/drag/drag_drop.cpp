@@ -10,6 +10,7 @@
 #include "foundation/catalogue.h"
 #include "foundation/message_ids.h"
 #include "foundation/trace.h"
+#include "foundation/wide_text_window.h"
 #include "ftp/worker/session_state.h"
 #include "listing/local_listing.h"
 #include "ui/browse/command_context.h"
@@ -22,7 +23,6 @@
 #include "ui/panes/tree_pane.h"
 #include "ui/screen/app.h"
 #include "ui/screen/messages.h"
-#include "ui/screen/wide_text.h"
 
 namespace {
 

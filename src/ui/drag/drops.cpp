@@ -8,6 +8,7 @@
 #include "foundation/foundation_view.h"
 #include "foundation/message_ids.h"
 #include "foundation/trace.h"
+#include "foundation/wide_text_window.h"
 #include "ftp/worker/session_state.h"
 #include "listing/local_listing.h"
 #include "transfer/drop_actions_window.h"
@@ -21,7 +22,6 @@
 #include "ui/screen/app.h"
 #include "ui/screen/refresh.h"
 #include "ui/screen/ui_calls.h"
-#include "ui/screen/wide_text.h"
 
 namespace {
 
@@ -85,6 +85,7 @@ bool ReceiveInto(const std::string& localFolder) {
     }
     SetActiveSite(site);
     if (RefusedAsBusy()) return false;
+    BeginUploadedEntries();
     TransferJob job;
     job.site = site;
     job.start = TransferStart::ListSelection;
@@ -95,6 +96,7 @@ bool ReceiveInto(const std::string& localFolder) {
 
 bool SendInto(Site* site, std::vector<std::string> files, const std::string& remoteFolder) {
     if (files.empty() || RefusedAsBusy()) return false;
+    BeginUploadedEntries();
     TransferJob job;
     job.localPaths = std::move(files);
     job.targetFolder = remoteFolder;

@@ -11,10 +11,10 @@
 #include "config/store_key.h"
 #include "foundation/catalogue.h"
 #include "foundation/message_ids.h"
+#include "foundation/wide_text_window.h"
 #include "platform/registry.h"
 #include "ui/screen/app.h"
 #include "ui/screen/redraw_pause.h"
-#include "ui/screen/wide_text.h"
 
 namespace {
 

@@ -16,6 +16,7 @@
 #include "foundation/message_ids.h"
 #include "foundation/text_compare.h"
 #include "foundation/trace.h"
+#include "foundation/wide_text_window.h"
 #include "ftp/login/stop.h"
 #include "ftp/worker/site_status.h"
 #include "platform/registry.h"
@@ -23,7 +24,6 @@
 #include "resources/resource.h"
 #include "ui/screen/app.h"
 #include "ui/screen/redraw_pause.h"
-#include "ui/screen/wide_text.h"
 
 namespace {
 
@@ -132,6 +132,12 @@ void LeaveSite(TVobject* node) {
     --gSites;
     DbgVsprintf("TV_DeleteNode", "%d sites are left", gSites);
     if (gZarn.SESSION == site->pszSessionName.view()) ForgetLastSession();
+}
+
+bool HoldsNode(const TVobject& top, const TVobject* node) {
+    if (&top == node) return true;
+    return std::any_of(top.children.begin(), top.children.end(),
+                       [node](const auto& child) { return HoldsNode(*child, node); });
 }
 
 }  // namespace
@@ -376,6 +382,10 @@ void SortChildren(TVobject* folder) {
     std::stable_sort(named.begin(), named.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
     folder->children.clear();
     for (auto& [key, child] : named) folder->children.push_back(std::move(child));
+}
+
+bool IsNodeInTree(const TVobject* node) {
+    return std::any_of(gTopNodes.begin(), gTopNodes.end(), [node](const auto& top) { return HoldsNode(*top, node); });
 }
 
 bool IsNodeBelow(const TVobject* node, const TVobject* ancestor) {

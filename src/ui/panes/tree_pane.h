@@ -72,6 +72,8 @@ void TV_InsertChildren(TVobject* node);
 void RefreshNode(TVobject* node);
 // True when the node is below `ancestor`, or is it.
 bool IsNodeBelow(const TVobject* node, const TVobject* ancestor);
+// The node is still in the tree. Compares pointers only: a freed node may be asked about.
+bool IsNodeInTree(const TVobject* node);
 // A local folder that was never listed has a button as well, because it may have children.
 bool NodeHasButton(const TVobject& node);
 // Sorts the children by name.

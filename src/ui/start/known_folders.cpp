@@ -9,8 +9,8 @@
 #include <knownfolders.h>
 
 #include "foundation/trace.h"
+#include "foundation/wide_text_window.h"
 #include "platform/files.h"
-#include "ui/screen/wide_text.h"
 #include "ui/start/start_folder.h"
 
 namespace {

@@ -5,6 +5,7 @@
 #include "foundation/catalogue.h"
 #include "foundation/console_pane.h"
 #include "foundation/foundation_view.h"
+#include "foundation/wide_text_window.h"
 #include "ftp/dialogs/ask_text_dialog.h"
 #include "ftp/dialogs/server_error_dialog.h"
 #include "ftp/worker/session_state.h"
@@ -22,7 +23,6 @@
 #include "ui/screen/messages.h"
 #include "ui/screen/refresh.h"
 #include "ui/screen/ui_calls.h"
-#include "ui/screen/wide_text.h"
 #include "ui/start/views_listing.h"
 
 namespace {

@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "foundation/wide_text_window.h"
 #include "ftp/worker/session_view.h"
 #include "listing/listing_view.h"
 #include "listing/local_listing.h"
@@ -15,7 +16,6 @@
 #include "ui/screen/app.h"
 #include "ui/screen/refresh.h"
 #include "ui/screen/ui_calls.h"
-#include "ui/screen/wide_text.h"
 
 namespace {
 

@@ -13,6 +13,7 @@
 #include "foundation/foundation_view.h"
 #include "foundation/message_ids.h"
 #include "foundation/trace.h"
+#include "foundation/wide_text_window.h"
 #include "ftp/data/dump_file.h"
 #include "ftp/login/stop.h"
 #include "ftp/worker/session_state.h"
@@ -36,7 +37,6 @@
 #include "ui/screen/redraw_pause.h"
 #include "ui/screen/refresh.h"
 #include "ui/screen/ui_calls.h"
-#include "ui/screen/wide_text.h"
 #include "ui/window/layout.h"
 #include "ui/window/placement.h"
 

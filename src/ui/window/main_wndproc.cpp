@@ -9,6 +9,7 @@
 
 #include "config/settings.h"
 #include "foundation/catalogue.h"
+#include "foundation/wide_text_window.h"
 #include "ftp/worker/blocking_call.h"
 #include "ftp/worker/session_state.h"
 #include "resources/resource.h"
@@ -32,7 +33,6 @@
 #include "ui/screen/pane_colors.h"
 #include "ui/screen/refresh.h"
 #include "ui/screen/ui_calls.h"
-#include "ui/screen/wide_text.h"
 #include "ui/window/layout.h"
 #include "ui/window/main_window.h"
 #include "ui/window/placement.h"

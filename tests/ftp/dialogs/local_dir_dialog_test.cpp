@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "foundation/trace.h"
 #include "platform/files.h"
 #include "resources/resource.h"
 #include "support/dialog_user.h"
@@ -108,6 +109,15 @@ TEST_F(LocalDirDialog, AnEmptyFieldIsAnInvalidName) {
     ASSERT_EQ(view_.Boxes().size(), 1u);
     EXPECT_EQ(view_.Boxes().front().text, "The directory name has an invalid character.");
     EXPECT_EQ(view_.Boxes().front().buttons, BoxButtons::OkCancel);
+}
+
+TEST_F(LocalDirDialog, ARefusedFolderIsTraced) {
+    SKIP_WITHOUT_DISPLAY();
+    view_.AnswerNext(BoxAnswer::Cancel);
+    gTrace.verbose = gTrace.debug = true;
+    Enter("C:\\no such folder");
+    gTrace.verbose = gTrace.debug = false;
+    EXPECT_TRUE(view_.HasLine("ERROR. Call to SetCurrentDirectory(C:\\no such folder) Failed!"));
 }
 
 }  // namespace
