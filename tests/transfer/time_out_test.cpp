@@ -125,6 +125,8 @@ TEST_F(TransferTimeOut, AbortByTheUserIsNoTimeOut) {
     harness.server.On("RETR", {Say("150 ok\r\n"), OpenData(), Hold(), Say("426 gone\r\n")});
     OtherThread user([this] {
         harness.server.WaitUntilHeld();
+        // Before that reply is read the abort would end the wait for it, and with it the session.
+        test_support::WaitUntil([this] { return harness.console.HasLine("150 ok"); });
         AbortAsTheUserDoes();
         harness.server.Release();
     });
