@@ -1,5 +1,5 @@
 // The full path of an item in a folder of the tree, local or remote. Paths of the nodes themselves are tree_node.h and
-// local_computer.h.
+// listing/local_listing.h.
 #pragma once
 
 #include <string>
