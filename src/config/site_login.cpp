@@ -21,7 +21,11 @@ void Replace(OwnedText& text, OwnedText replacement) {
 
 SiteLogin LoginOf(const Site& site) {
     const std::lock_guard guard(gLoginLock);
-    return {CopyOf(site.pszUID), CopyOf(site.pszPWD), CopyOf(site.pszGatePWD)};
+    SiteLogin login;
+    login.user = CopyOf(site.pszUID);
+    login.password = CopyOf(site.pszPWD);
+    login.gatewayPassword = CopyOf(site.pszGatePWD);
+    return login;
 }
 
 void SetUser(Site& site, OwnedText user) {

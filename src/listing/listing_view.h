@@ -11,6 +11,7 @@ struct ListingView {
     // A listing of `folder` begins: empty the list pane, collapse and (with `resetChildren`) forget the children.
     void (*begin)(TVobject* folder, bool resetChildren) = [](TVobject*, bool) {};
     // Entries in listing order; the pane owns them from here on. Folders get their tree nodes here.
+    // NOLINTNEXTLINE(performance-unnecessary-value-param): the one that fills it in keeps them.
     void (*addEntries)(TVobject* folder, std::vector<LVobjectPtr> entries) = [](TVobject*, std::vector<LVobjectPtr>) {};
     // All shown, or stopped: refresh the node, select the first item, status bar, toolbar, focus.
     void (*end)(TVobject* folder, int result) = [](TVobject*, int) {};
