@@ -153,6 +153,7 @@ constexpr std::size_t kSampleSize = 24;
 
 std::vector<LVobject*> LongestNames() {
     std::vector<LVobject*> entries;
+    entries.reserve(gEntries.size());
     for (const LVobjectPtr& entry : gEntries) entries.push_back(entry.get());
     const std::size_t size = std::min(kSampleSize, entries.size());
     std::partial_sort(

@@ -38,7 +38,7 @@ std::string SystemFolder() {
 
 std::string DownloadsFolder() {
     for (const KNOWNFOLDERID* place : {&FOLDERID_Downloads, &FOLDERID_Documents, &FOLDERID_Profile}) {
-        const std::string folder = KnownFolder(*place);
+        std::string folder = KnownFolder(*place);
         if (IsFolder(folder)) return folder;
     }
     return {};
