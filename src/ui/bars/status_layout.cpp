@@ -10,7 +10,7 @@ struct PartWidth {
 };
 // Message, links, bell, unique names, transfer type, local folder, selection.
 constexpr std::array<PartWidth, kStatusParts> kWidths = {
-    {{160, 100}, {84, 84}, {56, 56}, {98, 98}, {62, 62}, {210, 90}, {218, 130}}};
+    {{160, 100}, {90, 90}, {56, 56}, {102, 102}, {62, 62}, {210, 80}, {218, 130}}};
 // In a window too narrow for all: the local folder, then the selection, then the message.
 constexpr std::array<std::size_t, 3> kShrinkOrder = {5, 6, 0};
 constexpr int kUsualDpi = 96;

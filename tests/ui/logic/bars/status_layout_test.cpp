@@ -18,20 +18,20 @@ namespace {
 
 TEST(StatusLayout, TheMessageTakesWhatTheOthersLeave) {
     const auto edges = StatusPartEdges(1000, 96);
-    const std::array<int, kStatusParts> expected = {272, 356, 412, 510, 572, 782, -1};
+    const std::array<int, kStatusParts> expected = {262, 352, 408, 510, 572, 782, -1};
     EXPECT_EQ(edges, expected);
 }
 
 TEST(StatusLayout, InANarrowWindowTheFolderGivesWayFirst) {
     const auto edges = StatusPartEdges(800, 96);
     EXPECT_EQ(edges[0], 160);
-    EXPECT_EQ(edges[5] - edges[4], 122);
+    EXPECT_EQ(edges[5] - edges[4], 112);
     EXPECT_EQ(800 - edges[5], 218);
 }
 
 TEST(StatusLayout, ThenTheSelectionThenTheMessage) {
     auto edges = StatusPartEdges(700, 96);
-    EXPECT_EQ(edges[5] - edges[4], 90);
+    EXPECT_EQ(edges[5] - edges[4], 80);
     EXPECT_EQ(700 - edges[5], 150);
     EXPECT_EQ(edges[0], 160);
     edges = StatusPartEdges(620, 96);
@@ -47,7 +47,7 @@ TEST(StatusLayout, NoPartBecomesSmallerThanItsLeast) {
 
 TEST(StatusLayout, WidthsFollowTheResolution) {
     const auto edges = StatusPartEdges(2000, 192);
-    const std::array<int, kStatusParts> expected = {544, 712, 824, 1020, 1144, 1564, -1};
+    const std::array<int, kStatusParts> expected = {524, 704, 816, 1020, 1144, 1564, -1};
     EXPECT_EQ(edges, expected);
 }
 
@@ -68,7 +68,7 @@ int TextWidth(const std::string& text) {
 }
 
 TEST(StatusLayout, EachSwitchFitsItsPartInEitherState) {
-    constexpr int kBorders = 6;  // the control's edges and the space before a text
+    constexpr int kBorders = 10;  // the control's edges and some space on either side of a text
     const auto edges = StatusPartEdges(300, 96);
     const unsigned switches[] = {MSG_STATUS_LINKS_IS, MSG_STATUS_BELL_IS, MSG_STATUS_UNIQUE_IS};
     for (std::size_t part = 1; part <= 3; ++part) {
